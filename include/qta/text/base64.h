@@ -1,0 +1,33 @@
+// qta/text/base64.h: base64 (RFC 4648 section 4, padded) and base64url
+// (section 5, unpadded) encoders and forgiving decoders.
+//
+// Every function is a pure function of its arguments: the result is a new
+// string or vector owned by the caller, and any number of threads may call
+// them at once. Inputs are pointer and length, so they may hold NUL bytes.
+//
+// Decoding never fails. Bytes outside the alphabet (white space, line breaks,
+// "=", the other alphabet's two characters, bytes of 128 and above) are
+// skipped wherever they stand, and a final lone character is ignored.
+#ifndef QTA_TEXT_BASE64_H_
+#define QTA_TEXT_BASE64_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace qta::text {
+
+// Standard alphabet ("+", "/"), padded with "=" to a multiple of 4 characters.
+std::string base64Encode(const void* data, size_t size);
+// URL-safe alphabet ("-", "_"), no padding.
+std::string base64UrlEncode(const void* data, size_t size);
+
+std::vector<uint8_t> base64Decode(const char* text, size_t size);
+std::string base64DecodeToString(const char* text, size_t size);
+std::vector<uint8_t> base64UrlDecode(const char* text, size_t size);
+std::string base64UrlDecodeToString(const char* text, size_t size);
+
+}  // namespace qta::text
+
+#endif  // QTA_TEXT_BASE64_H_
