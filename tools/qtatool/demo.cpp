@@ -12,7 +12,7 @@ int runDemo(Args args) {
     return kUsage;
   }
   using Section = void (*)(std::ostream&);
-  static constexpr Section kSections[] = {demoJson, demoText, demoUri};
+  static constexpr Section kSections[] = {demoJson, demoUnicode, demoBase64, demoUri};
   bool first = true;
   for (Section section : kSections) {
     if (!first) std::cout << "\n";

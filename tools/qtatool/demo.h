@@ -7,7 +7,8 @@
 namespace qtatool {
 
 void demoJson(std::ostream& out);
-void demoText(std::ostream& out);
+void demoBase64(std::ostream& out);
+void demoUnicode(std::ostream& out);
 void demoUri(std::ostream& out);
 
 }  // namespace qtatool

@@ -4,8 +4,8 @@
 
 namespace qtatool {
 
-void demoText(std::ostream& out) {
-  out << "== text codecs\n(not built yet)\n";
+void demoBase64(std::ostream& out) {
+  out << "== base64\n(not built yet)\n";
 }
 
 }  // namespace qtatool
