@@ -13,7 +13,12 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${QTA_FUZZ_BUILD_DIR:-$root/build-fuzz}
 
-harnesses() { for f in "$root"/fuzz/*.cpp; do [[ -e $f ]] && basename "$f" .cpp; done; }
+harnesses() {
+  local file
+  for file in "$root"/fuzz/*.cpp; do
+    if [[ -e $file ]]; then basename "$file" .cpp; fi
+  done
+}
 
 case "${1:-}" in
   ""|-h|--help) sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 2 ;;
