@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qta::text {
@@ -23,10 +24,31 @@ std::string base64Encode(const void* data, size_t size);
 // URL-safe alphabet ("-", "_"), no padding.
 std::string base64UrlEncode(const void* data, size_t size);
 
+// Standard alphabet; "-" and "_" are skipped like any other foreign byte.
 std::vector<uint8_t> base64Decode(const char* text, size_t size);
 std::string base64DecodeToString(const char* text, size_t size);
+// URL-safe alphabet; "+" and "/" are skipped.
 std::vector<uint8_t> base64UrlDecode(const char* text, size_t size);
 std::string base64UrlDecodeToString(const char* text, size_t size);
+
+inline std::string base64Encode(std::string_view bytes) {
+  return base64Encode(bytes.data(), bytes.size());
+}
+inline std::string base64UrlEncode(std::string_view bytes) {
+  return base64UrlEncode(bytes.data(), bytes.size());
+}
+inline std::vector<uint8_t> base64Decode(std::string_view text) {
+  return base64Decode(text.data(), text.size());
+}
+inline std::string base64DecodeToString(std::string_view text) {
+  return base64DecodeToString(text.data(), text.size());
+}
+inline std::vector<uint8_t> base64UrlDecode(std::string_view text) {
+  return base64UrlDecode(text.data(), text.size());
+}
+inline std::string base64UrlDecodeToString(std::string_view text) {
+  return base64UrlDecodeToString(text.data(), text.size());
+}
 
 }  // namespace qta::text
 

@@ -1,0 +1,77 @@
+#include "qta/text/base64.h"
+
+#include <cstring>
+#include <memory>
+
+#include "text/base64_alphabet.h"
+#include "text/base64_scalar.h"
+
+namespace qta::text {
+namespace {
+
+using base64::Alphabet;
+
+std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
+  std::string text(base64::encodedLength(size, alphabet.padded), '\0');
+  base64::encodeScalar(static_cast<const uint8_t*>(data), size, text.data(), alphabet);
+  return text;
+}
+
+bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
+  for (size_t i = 0; i < size; ++i) {
+    if (alphabet.decode[static_cast<uint8_t>(text[i])] != base64::kSkip) return true;
+  }
+  return false;
+}
+
+// Decodes into a result of type Out (std::string or std::vector<uint8_t>),
+// allocated once at its final length.
+template <typename Out>
+Out decode(const char* text, size_t size, const Alphabet& alphabet) {
+  // Text made of alphabet characters, perhaps followed by skipped ones only
+  // (the usual "=" padding), decodes in place. Anything else is first
+  // filtered into a scratch copy, which gives the count of kept characters
+  // before the result is allocated.
+  const size_t clean = base64::firstSkippedScalar(text, size, alphabet);
+  const char* kept = text;
+  size_t keptSize = clean;
+  std::unique_ptr<char[]> scratch;
+  if (anyKept(text + clean, size - clean, alphabet)) {
+    scratch = std::make_unique_for_overwrite<char[]>(size);
+    std::memcpy(scratch.get(), text, clean);
+    keptSize =
+        clean + base64::filterScalar(text + clean, size - clean, scratch.get() + clean, alphabet);
+    kept = scratch.get();
+  }
+  Out out(base64::decodedLength(keptSize), 0);
+  base64::decodeScalar(kept, keptSize, reinterpret_cast<uint8_t*>(out.data()), alphabet);
+  return out;
+}
+
+}  // namespace
+
+std::string base64Encode(const void* data, size_t size) {
+  return encode(data, size, base64::kStandard);
+}
+
+std::string base64UrlEncode(const void* data, size_t size) {
+  return encode(data, size, base64::kUrl);
+}
+
+std::vector<uint8_t> base64Decode(const char* text, size_t size) {
+  return decode<std::vector<uint8_t>>(text, size, base64::kStandard);
+}
+
+std::string base64DecodeToString(const char* text, size_t size) {
+  return decode<std::string>(text, size, base64::kStandard);
+}
+
+std::vector<uint8_t> base64UrlDecode(const char* text, size_t size) {
+  return decode<std::vector<uint8_t>>(text, size, base64::kUrl);
+}
+
+std::string base64UrlDecodeToString(const char* text, size_t size) {
+  return decode<std::string>(text, size, base64::kUrl);
+}
+
+}  // namespace qta::text

@@ -1,0 +1,72 @@
+// A plain, obviously-correct base64 codec written straight from the rules,
+// one character at a time. The differential tests and the fuzz harnesses
+// hold the library's vectorised code to it byte for byte.
+#ifndef QTA_TESTS_TEXT_BASE64_REFERENCE_H_
+#define QTA_TESTS_TEXT_BASE64_REFERENCE_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace base64ref {
+
+inline constexpr std::string_view kStandard =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+inline constexpr std::string_view kUrl =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+
+inline std::string encode(std::string_view bytes, std::string_view alphabet, bool padded) {
+  std::string text;
+  size_t i = 0;
+  for (; i + 3 <= bytes.size(); i += 3) {
+    const auto b0 = static_cast<uint8_t>(bytes[i]);
+    const auto b1 = static_cast<uint8_t>(bytes[i + 1]);
+    const auto b2 = static_cast<uint8_t>(bytes[i + 2]);
+    text += alphabet[b0 >> 2];
+    text += alphabet[((b0 & 3) << 4) | (b1 >> 4)];
+    text += alphabet[((b1 & 15) << 2) | (b2 >> 6)];
+    text += alphabet[b2 & 63];
+  }
+  if (bytes.size() - i == 1) {
+    const auto b0 = static_cast<uint8_t>(bytes[i]);
+    text += alphabet[b0 >> 2];
+    text += alphabet[(b0 & 3) << 4];
+    if (padded) text += "==";
+  } else if (bytes.size() - i == 2) {
+    const auto b0 = static_cast<uint8_t>(bytes[i]);
+    const auto b1 = static_cast<uint8_t>(bytes[i + 1]);
+    text += alphabet[b0 >> 2];
+    text += alphabet[((b0 & 3) << 4) | (b1 >> 4)];
+    text += alphabet[(b1 & 15) << 2];
+    if (padded) text += "=";
+  }
+  return text;
+}
+
+inline std::string decode(std::string_view text, std::string_view alphabet) {
+  std::string values;  // the 6-bit values of the kept characters
+  for (char c : text) {
+    const size_t value = alphabet.find(c);
+    if (value != std::string_view::npos) values += static_cast<char>(value);
+  }
+  std::string bytes;
+  for (size_t i = 0; i + 1 < values.size(); i += 4) {
+    const size_t group = std::min<size_t>(4, values.size() - i);
+    const auto v = [&](size_t k) { return static_cast<unsigned>(values[i + k]); };
+    bytes += static_cast<char>((v(0) << 2) | (v(1) >> 4));
+    if (group >= 3) bytes += static_cast<char>((v(1) << 4) | (v(2) >> 2));
+    if (group == 4) bytes += static_cast<char>((v(2) << 6) | v(3));
+  }
+  return bytes;
+}
+
+inline std::string encodeStandard(std::string_view bytes) { return encode(bytes, kStandard, true); }
+inline std::string encodeUrl(std::string_view bytes) { return encode(bytes, kUrl, false); }
+inline std::string decodeStandard(std::string_view text) { return decode(text, kStandard); }
+inline std::string decodeUrl(std::string_view text) { return decode(text, kUrl); }
+
+}  // namespace base64ref
+
+#endif  // QTA_TESTS_TEXT_BASE64_REFERENCE_H_
