@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "text/base64_alphabet.h"
+#include "text/base64_avx2.h"
 #include "text/base64_scalar.h"
 
 namespace qta::text {
@@ -11,10 +12,24 @@ namespace {
 
 using base64::Alphabet;
 
-std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
-  std::string text(base64::encodedLength(size, alphabet.padded), '\0');
-  base64::encodeScalar(static_cast<const uint8_t*>(data), size, text.data(), alphabet);
-  return text;
+// Checked once; a function-local static so that callers running during
+// static initialisation get a correct answer too.
+bool hasAvx2() {
+  static const bool kHasAvx2 = [] {
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx2") != 0;
+  }();
+  return kHasAvx2;
+}
+
+size_t firstSkipped(const char* text, size_t size, const Alphabet& alphabet) {
+  return hasAvx2() ? base64::firstSkippedAvx2(text, size, alphabet)
+                   : base64::firstSkippedScalar(text, size, alphabet);
+}
+
+size_t filter(const char* text, size_t size, char* out, const Alphabet& alphabet) {
+  return hasAvx2() ? base64::filterAvx2(text, size, out, alphabet)
+                   : base64::filterScalar(text, size, out, alphabet);
 }
 
 bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
@@ -22,6 +37,14 @@ bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
     if (alphabet.decode[static_cast<uint8_t>(text[i])] != base64::kSkip) return true;
   }
   return false;
+}
+
+std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
+  std::string text(base64::encodedLength(size, alphabet.padded), '\0');
+  const auto* bytes = static_cast<const uint8_t*>(data);
+  const size_t done = hasAvx2() ? base64::encodeAvx2(bytes, size, text.data(), alphabet) : 0;
+  base64::encodeScalar(bytes + done, size - done, text.data() + done / 3 * 4, alphabet);
+  return text;
 }
 
 // Decodes into a result of type Out (std::string or std::vector<uint8_t>),
@@ -32,19 +55,20 @@ Out decode(const char* text, size_t size, const Alphabet& alphabet) {
   // (the usual "=" padding), decodes in place. Anything else is first
   // filtered into a scratch copy, which gives the count of kept characters
   // before the result is allocated.
-  const size_t clean = base64::firstSkippedScalar(text, size, alphabet);
+  const size_t clean = firstSkipped(text, size, alphabet);
   const char* kept = text;
   size_t keptSize = clean;
   std::unique_ptr<char[]> scratch;
   if (anyKept(text + clean, size - clean, alphabet)) {
     scratch = std::make_unique_for_overwrite<char[]>(size);
     std::memcpy(scratch.get(), text, clean);
-    keptSize =
-        clean + base64::filterScalar(text + clean, size - clean, scratch.get() + clean, alphabet);
+    keptSize = clean + filter(text + clean, size - clean, scratch.get() + clean, alphabet);
     kept = scratch.get();
   }
   Out out(base64::decodedLength(keptSize), 0);
-  base64::decodeScalar(kept, keptSize, reinterpret_cast<uint8_t*>(out.data()), alphabet);
+  auto* bytes = reinterpret_cast<uint8_t*>(out.data());
+  const size_t done = hasAvx2() ? base64::decodeAvx2(kept, keptSize, bytes, alphabet) : 0;
+  base64::decodeScalar(kept + done, keptSize - done, bytes + done / 4 * 3, alphabet);
   return out;
 }
 

@@ -1,0 +1,183 @@
+#include "text/base64_avx2.h"
+
+#include <immintrin.h>
+
+#include <array>
+
+#include "text/base64_scalar.h"
+
+#define QTA_AVX2 __attribute__((target("avx2,popcnt")))
+
+namespace qta::text::base64 {
+namespace {
+
+QTA_AVX2 __m256i broadcast16(const void* table) {
+  return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(table)));
+}
+
+// 24 bytes as two lanes of 12, each widened to four 32-bit words holding the
+// four 6-bit values of one 3-byte group in its four bytes.
+QTA_AVX2 __m256i splitGroups(const uint8_t* in) {
+  const __m256i bytes = _mm256_inserti128_si256(
+      _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in))),
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 12)), 1);
+  const __m256i spread = _mm256_shuffle_epi8(
+      bytes, _mm256_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10,  //
+                              1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));
+  const __m256i first = _mm256_mulhi_epu16(_mm256_and_si256(spread, _mm256_set1_epi32(0x0fc0fc00)),
+                                           _mm256_set1_epi32(0x04000040));
+  const __m256i second = _mm256_mullo_epi16(_mm256_and_si256(spread, _mm256_set1_epi32(0x003f03f0)),
+                                            _mm256_set1_epi32(0x01000010));
+  return _mm256_or_si256(first, second);
+}
+
+// 6-bit values to characters through the alphabet's slot shifts.
+QTA_AVX2 __m256i valuesToChars(__m256i values, __m256i shift) {
+  __m256i slot = _mm256_subs_epu8(values, _mm256_set1_epi8(51));
+  const __m256i letterAZ = _mm256_cmpgt_epi8(_mm256_set1_epi8(26), values);
+  slot = _mm256_or_si256(slot, _mm256_and_si256(letterAZ, _mm256_set1_epi8(13)));
+  return _mm256_add_epi8(values, _mm256_shuffle_epi8(shift, slot));
+}
+
+struct SkipTables {
+  __m256i low, high;
+};
+
+QTA_AVX2 SkipTables skipTables(const Alphabet& alphabet) {
+  return {broadcast16(alphabet.skipLow.data()), broadcast16(alphabet.skipHigh.data())};
+}
+
+QTA_AVX2 __m256i highNibbles(__m256i chars) {
+  return _mm256_and_si256(_mm256_srli_epi32(chars, 4), _mm256_set1_epi8(0x0f));
+}
+
+// Bit i set when byte i of `chars` is an alphabet character.
+QTA_AVX2 uint32_t keptMask(__m256i chars, const SkipTables& tables) {
+  const __m256i low =
+      _mm256_shuffle_epi8(tables.low, _mm256_and_si256(chars, _mm256_set1_epi8(0x0f)));
+  const __m256i high = _mm256_shuffle_epi8(tables.high, highNibbles(chars));
+  const __m256i skipped = _mm256_and_si256(low, high);
+  return static_cast<uint32_t>(
+      _mm256_movemask_epi8(_mm256_cmpeq_epi8(skipped, _mm256_setzero_si256())));
+}
+
+// kCompress[m] moves the bytes of an 8-byte chunk whose bits are set in m to
+// its front, in order.
+constexpr std::array<std::array<uint8_t, 8>, 256> makeCompressTable() {
+  std::array<std::array<uint8_t, 8>, 256> table{};
+  for (int mask = 0; mask < 256; ++mask) {
+    int next = 0;
+    for (int bit = 0; bit < 8; ++bit) {
+      if (mask & (1 << bit)) table[mask][next++] = static_cast<uint8_t>(bit);
+    }
+  }
+  return table;
+}
+constexpr auto kCompress = makeCompressTable();
+
+// Appends the kept bytes of 16 characters at out + kept; returns the new count.
+// Each 8-byte store lands no further than the chunk it came from, so it stays
+// within a buffer as long as the input.
+QTA_AVX2 size_t compress16(__m128i chars, uint32_t mask, char* out, size_t kept) {
+  const uint32_t lowMask = mask & 0xff;
+  const uint32_t highMask = (mask >> 8) & 0xff;
+  const __m128i order = _mm_add_epi8(
+      _mm_unpacklo_epi64(
+          _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kCompress[lowMask].data())),
+          _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kCompress[highMask].data()))),
+      _mm_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 8, 8, 8, 8, 8, 8, 8, 8));
+  const __m128i packed = _mm_shuffle_epi8(chars, order);
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), packed);
+  kept += static_cast<size_t>(__builtin_popcount(lowMask));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), _mm_unpackhi_epi64(packed, packed));
+  return kept + static_cast<size_t>(__builtin_popcount(highMask));
+}
+
+// 32 alphabet characters to 24 bytes, in the low 24 bytes of the result.
+QTA_AVX2 __m256i decodeBlock(__m256i chars, __m256i shift, __m256i lastChar, __m256i lastCharAdd) {
+  const __m256i slot = _mm256_add_epi8(
+      highNibbles(chars), _mm256_and_si256(_mm256_cmpeq_epi8(chars, lastChar), lastCharAdd));
+  const __m256i values = _mm256_add_epi8(chars, _mm256_shuffle_epi8(shift, slot));
+  // Pairs of values into 12-bit fields, then pairs of those into 24 bits.
+  const __m256i pairs = _mm256_maddubs_epi16(values, _mm256_set1_epi32(0x01400140));
+  const __m256i groups = _mm256_madd_epi16(pairs, _mm256_set1_epi32(0x00011000));
+  const __m256i bytes = _mm256_shuffle_epi8(
+      groups, _mm256_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1,  //
+                               2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1));
+  return _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7));
+}
+
+}  // namespace
+
+QTA_AVX2 size_t encodeAvx2(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet) {
+  const __m256i shift = broadcast16(alphabet.encodeShift.data());
+  size_t done = 0;
+  for (; size - done >= 28; done += 24, out += 32) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out),
+                        valuesToChars(splitGroups(in + done), shift));
+  }
+  return done;
+}
+
+QTA_AVX2 size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& alphabet) {
+  const SkipTables tables = skipTables(alphabet);
+  size_t i = 0;
+  for (; size - i >= 64; i += 64) {
+    const uint64_t kept =
+        keptMask(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i)), tables) |
+        uint64_t{
+            keptMask(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i + 32)), tables)}
+            << 32;
+    if (kept != ~uint64_t{0}) return i + static_cast<size_t>(__builtin_ctzll(~kept));
+  }
+  for (; size - i >= 32; i += 32) {
+    const uint32_t kept =
+        keptMask(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i)), tables);
+    if (kept != ~uint32_t{0}) return i + static_cast<size_t>(__builtin_ctz(~kept));
+  }
+  return i + firstSkippedScalar(text + i, size - i, alphabet);
+}
+
+QTA_AVX2 size_t filterAvx2(const char* text, size_t size, char* out, const Alphabet& alphabet) {
+  const SkipTables tables = skipTables(alphabet);
+  size_t kept = 0;
+  size_t i = 0;
+  for (; size - i >= 32; i += 32) {
+    const __m256i chars = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i));
+    const uint32_t mask = keptMask(chars, tables);
+    if (mask == ~uint32_t{0}) {
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + kept), chars);
+      kept += 32;
+    } else if (mask != 0) {
+      kept = compress16(_mm256_castsi256_si128(chars), mask, out, kept);
+      kept = compress16(_mm256_extracti128_si256(chars, 1), mask >> 16, out, kept);
+    }
+  }
+  return kept + filterScalar(text + i, size - i, out + kept, alphabet);
+}
+
+QTA_AVX2 size_t decodeAvx2(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet) {
+  const __m256i shift = broadcast16(alphabet.decodeShift.data());
+  const __m256i lastChar = _mm256_set1_epi8(alphabet.lastChar);
+  const __m256i lastCharAdd = _mm256_set1_epi8(alphabet.lastCharAdd);
+  const size_t room = decodedLength(kept);
+  size_t i = 0;
+  size_t written = 0;
+  // Full 32-byte stores (24 bytes of result, 8 scratch) while they fit.
+  for (; kept - i >= 32 && room - written >= 32; i += 32, written += 24) {
+    const __m256i chars = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + written),
+                        decodeBlock(chars, shift, lastChar, lastCharAdd));
+  }
+  if (kept - i >= 32) {
+    const __m256i chars = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i));
+    const __m256i bytes = decodeBlock(chars, shift, lastChar, lastCharAdd);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + written), _mm256_castsi256_si128(bytes));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out + written + 16),
+                     _mm256_extracti128_si256(bytes, 1));
+    i += 32;
+  }
+  return i;
+}
+
+}  // namespace qta::text::base64
