@@ -12,6 +12,8 @@ namespace {
 
 using base64::Alphabet;
 
+constexpr size_t kLocalScratch = 1024;
+
 // Checked once; a function-local static so that callers running during
 // static initialisation get a correct answer too.
 bool hasAvx2() {
@@ -58,12 +60,18 @@ Out decode(const char* text, size_t size, const Alphabet& alphabet) {
   const size_t clean = firstSkipped(text, size, alphabet);
   const char* kept = text;
   size_t keptSize = clean;
-  std::unique_ptr<char[]> scratch;
+  // Short texts (tokens, header fields) filter on the stack.
+  char local[kLocalScratch];
+  std::unique_ptr<char[]> heap;
   if (anyKept(text + clean, size - clean, alphabet)) {
-    scratch = std::make_unique_for_overwrite<char[]>(size);
-    std::memcpy(scratch.get(), text, clean);
-    keptSize = clean + filter(text + clean, size - clean, scratch.get() + clean, alphabet);
-    kept = scratch.get();
+    char* scratch = local;
+    if (size > kLocalScratch) {
+      heap = std::make_unique_for_overwrite<char[]>(size);
+      scratch = heap.get();
+    }
+    std::memcpy(scratch, text, clean);
+    keptSize = clean + filter(text + clean, size - clean, scratch + clean, alphabet);
+    kept = scratch;
   }
   Out out(base64::decodedLength(keptSize), 0);
   auto* bytes = reinterpret_cast<uint8_t*>(out.data());
