@@ -1,0 +1,146 @@
+// UTF-8 to UTF-16 and UTF-32: one decoder, templated on the output unit.
+#include <cstring>
+#include <limits>
+#include <string>
+
+#include "qta/text/unicode.h"
+#include "text/utf_blocks.h"
+#include "text/utf_sequence.h"
+
+namespace qta::text {
+namespace {
+
+using detail::kBlock;
+
+// Units written for a lead byte: every non-continuation byte gives exactly one
+// unit, except that lead bytes 0xF0 and above give two in UTF-16 (a pair or "??").
+template <typename Unit>
+constexpr size_t unitsForLead(uint8_t lead) {
+  return sizeof(Unit) == 2 && lead >= 0xF0 ? 2 : 1;
+}
+
+// Converts from `src` until the input ends or the next sequence does not fit in
+// the `capacity` units at `dst`. Advances `src`; returns the units written.
+// Whole blocks of 16 ASCII bytes are copied at once; everything else goes
+// through the scalar sequence reader.
+template <typename Unit>
+size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
+  const uint8_t* p = src;
+  size_t written = 0;
+  while (p < end) {
+    const uint8_t lead = *p;
+    if (lead < 0x80) {
+      if (written == capacity) break;
+      while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock) {
+        const __m128i bytes = detail::loadBytes(p);
+        if (detail::highBits(bytes) != 0) break;
+        detail::storeWidened(bytes, dst + written);
+        p += kBlock;
+        written += kBlock;
+      }
+      while (p < end && *p < 0x80 && written < capacity) dst[written++] = *p++;
+      continue;
+    }
+    if (lead < 0xC0) {  // stray continuation byte
+      ++p;
+      continue;
+    }
+    if (capacity - written < unitsForLead<Unit>(lead)) break;
+    const detail::Decoded seq = detail::decodeSequence(p, end);
+    p += seq.length;
+    if (lead < 0xF0) {
+      dst[written++] = seq.valid ? static_cast<Unit>(seq.value) : Unit{'?'};
+    } else if constexpr (sizeof(Unit) == 2) {
+      if (seq.valid) {
+        const uint32_t v = seq.value - 0x10000;
+        dst[written++] = static_cast<Unit>(0xD800 | v >> 10);
+        dst[written++] = static_cast<Unit>(0xDC00 | (v & 0x3FF));
+      } else {
+        dst[written++] = Unit{'?'};
+        dst[written++] = Unit{'?'};
+      }
+    } else {
+      dst[written++] = seq.valid ? static_cast<Unit>(seq.value) : Unit{'?'};
+    }
+  }
+  src = p;
+  return written;
+}
+
+template <typename Unit>
+size_t convertCounted(const char* src, size_t count, Unit* dst, bool terminate) {
+  const auto* p = reinterpret_cast<const uint8_t*>(src);
+  const size_t n = decodeUtf8(p, p + count, dst, std::numeric_limits<size_t>::max());
+  if (terminate) dst[n] = 0;
+  return n;
+}
+
+template <typename Unit>
+size_t convertPartial(const char*& src, size_t& remaining, Unit* dst, size_t capacity) {
+  const auto* begin = reinterpret_cast<const uint8_t*>(src);
+  const uint8_t* p = begin;
+  const size_t n = decodeUtf8(p, begin + remaining, dst, capacity);
+  const auto consumed = static_cast<size_t>(p - begin);
+  src += consumed;
+  remaining -= consumed;
+  return n;
+}
+
+// Units produced from `src`: every byte that is not a continuation byte starts
+// one sequence, and lead bytes 0xF0 and above count twice in UTF-16.
+template <typename Unit>
+size_t decodedLength(std::string_view src) {
+  const auto* p = reinterpret_cast<const uint8_t*>(src.data());
+  const uint8_t* end = p + src.size();
+  size_t continuations = 0;
+  size_t fourByteLeads = 0;
+  for (; static_cast<size_t>(end - p) >= kBlock; p += kBlock) {
+    const __m128i bytes = detail::loadBytes(p);
+    if (detail::highBits(bytes) == 0) continue;
+    continuations += __builtin_popcount(_mm_movemask_epi8(detail::continuationLanes(bytes)));
+    if constexpr (sizeof(Unit) == 2) {
+      fourByteLeads += __builtin_popcount(_mm_movemask_epi8(detail::atLeast(bytes, 0xF0)));
+    }
+  }
+  for (; p < end; ++p) {
+    continuations += detail::isContinuation(*p);
+    if constexpr (sizeof(Unit) == 2) fourByteLeads += *p >= 0xF0;
+  }
+  return src.size() - continuations + fourByteLeads;
+}
+
+template <typename String>
+String convertToString(std::string_view src) {
+  using Unit = typename String::value_type;
+  String out(decodedLength<Unit>(src), Unit{0});
+  convertCounted(src.data(), src.size(), out.data(), false);
+  return out;
+}
+
+}  // namespace
+
+size_t utf8ToUtf16(const char* src, char16_t* dst, bool terminate) {
+  return convertCounted(src, std::strlen(src), dst, terminate);
+}
+size_t utf8ToUtf16(const char* src, size_t count, char16_t* dst, bool terminate) {
+  return convertCounted(src, count, dst, terminate);
+}
+size_t utf8ToUtf16Partial(const char*& src, size_t& remaining, char16_t* dst, size_t capacity) {
+  return convertPartial(src, remaining, dst, capacity);
+}
+std::u16string utf8ToUtf16(std::string_view src) { return convertToString<std::u16string>(src); }
+size_t utf8ToUtf16Length(std::string_view src) { return decodedLength<char16_t>(src); }
+
+size_t utf8ToUtf32(const char* src, char32_t* dst, bool terminate) {
+  return convertCounted(src, std::strlen(src), dst, terminate);
+}
+size_t utf8ToUtf32(const char* src, size_t count, char32_t* dst, bool terminate) {
+  return convertCounted(src, count, dst, terminate);
+}
+size_t utf8ToUtf32Partial(const char*& src, size_t& remaining, char32_t* dst, size_t capacity) {
+  return convertPartial(src, remaining, dst, capacity);
+}
+std::u32string utf8ToUtf32(std::string_view src) { return convertToString<std::u32string>(src); }
+size_t utf8ToUtf32Length(std::string_view src) { return decodedLength<char32_t>(src); }
+
+}  // namespace qta::text

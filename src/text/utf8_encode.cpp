@@ -1,0 +1,161 @@
+// UTF-16 and UTF-32 to UTF-8, and the single code point encoder.
+#include <limits>
+#include <string>
+
+#include "qta/text/unicode.h"
+#include "text/utf_blocks.h"
+#include "text/utf_sequence.h"
+
+namespace qta::text {
+namespace {
+
+using detail::kBlock;
+
+// Converts from `src` until the input ends or the next code point does not fit
+// in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
+// Whole blocks of 16 ASCII units are narrowed at once; the rest is encoded one
+// code point at a time. Units that encode to nothing are consumed even when the
+// output is full.
+template <typename Unit>
+size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
+  const Unit* p = src;
+  size_t written = 0;
+  while (p < end) {
+    uint32_t c = *p;
+    if (c < 0x80) {
+      if (written == capacity) break;
+      while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock &&
+             detail::narrowAscii(p, dst + written)) {
+        p += kBlock;
+        written += kBlock;
+      }
+      while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
+      continue;
+    }
+    size_t consumed = 1;
+    if constexpr (sizeof(Unit) == 2) {
+      if (detail::isHighSurrogate(c) && end - p >= 2 && detail::isLowSurrogate(p[1])) {
+        c = 0x10000 + ((c & 0x3FF) << 10 | (p[1] & 0x3FFu));
+        consumed = 2;
+      }
+    }
+    if (capacity - written < detail::utf8Size(c)) break;
+    written += detail::encodeUtf8(c, dst + written);
+    p += consumed;
+  }
+  src = p;
+  return written;
+}
+
+template <typename Unit>
+size_t convertCounted(const Unit* src, size_t count, char* dst, bool terminate) {
+  const size_t n = encodeUtf8(src, src + count, dst, std::numeric_limits<size_t>::max());
+  if (terminate) dst[n] = '\0';
+  return n;
+}
+
+template <typename Unit>
+size_t convertPartial(const Unit*& src, size_t& remaining, char* dst, size_t capacity) {
+  const Unit* begin = src;
+  const size_t n = encodeUtf8(src, begin + remaining, dst, capacity);
+  remaining -= static_cast<size_t>(src - begin);
+  return n;
+}
+
+// Short results are converted into a stack buffer in one pass and copied;
+// longer ones reserve their length once and are converted chunk by chunk. The
+// loop also covers a UTF-32 estimate that came out too small.
+template <typename Unit>
+std::string convertToString(std::basic_string_view<Unit> src, size_t length) {
+  char chunk[1024];
+  std::string out;
+  if (length >= sizeof chunk) out.reserve(length + 1);
+  const Unit* p = src.data();
+  size_t remaining = src.size();
+  while (remaining > 0) out.append(chunk, convertPartial(p, remaining, chunk, sizeof chunk));
+  return out;
+}
+
+}  // namespace
+
+void appendUtf8(std::string& out, char32_t codePoint) {
+  char bytes[4];
+  out.append(bytes, detail::encodeUtf8(codePoint, bytes));
+}
+
+size_t utf32ToUtf8(const char32_t* src, char* dst, bool terminate) {
+  return convertCounted(src, std::char_traits<char32_t>::length(src), dst, terminate);
+}
+size_t utf32ToUtf8(const char32_t* src, size_t count, char* dst, bool terminate) {
+  return convertCounted(src, count, dst, terminate);
+}
+size_t utf32ToUtf8Partial(const char32_t*& src, size_t& remaining, char* dst, size_t capacity) {
+  return convertPartial(src, remaining, dst, capacity);
+}
+std::string utf32ToUtf8(std::u32string_view src) {
+  return convertToString(src, utf32ToUtf8Length(src));
+}
+size_t utf32ToUtf8Length(std::u32string_view src) {
+  size_t length = 0;
+  for (const char32_t c : src) {
+    if (c < 0x80) {
+      length += 1;
+    } else if (c < 0x800) {
+      length += 2;
+    } else if (c < 0x10000) {
+      length += 3;
+    } else if (c < 0x10FFFF) {
+      length += 4;
+    }
+  }
+  return length;
+}
+
+size_t utf16ToUtf8(const char16_t* src, char* dst, bool terminate) {
+  return convertCounted(src, std::char_traits<char16_t>::length(src), dst, terminate);
+}
+size_t utf16ToUtf8(const char16_t* src, size_t count, char* dst, bool terminate) {
+  return convertCounted(src, count, dst, terminate);
+}
+size_t utf16ToUtf8Partial(const char16_t*& src, size_t& remaining, char* dst, size_t capacity) {
+  return convertPartial(src, remaining, dst, capacity);
+}
+std::string utf16ToUtf8(std::u16string_view src) {
+  return convertToString(src, utf16ToUtf8Length(src));
+}
+size_t utf16ToUtf8Length(std::u16string_view src) {
+  const char16_t* p = src.data();
+  const char16_t* end = p + src.size();
+  size_t length = 0;
+  // Blocks of 8 units without surrogates: 1 byte each, plus one from 0x80 up,
+  // plus one more from 0x800 up (the masks hold 2 bits per unit). Blocks with
+  // surrogates are counted one code point at a time.
+  const __m128i zero = _mm_setzero_si128();
+  while (p < end) {
+    if (end - p >= 8) {
+      const __m128i units = detail::loadBytes(p);
+      const __m128i top5 = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800)));
+      const __m128i surrogates = _mm_cmpeq_epi16(top5, _mm_set1_epi16(static_cast<short>(0xD800)));
+      if (_mm_movemask_epi8(surrogates) == 0) {
+        const __m128i high9 = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+        const int under80 = _mm_movemask_epi8(_mm_cmpeq_epi16(high9, zero));
+        const int under800 = _mm_movemask_epi8(_mm_cmpeq_epi16(top5, zero));
+        length += 8 + (32 - __builtin_popcount(under80) - __builtin_popcount(under800)) / 2;
+        p += 8;
+        continue;
+      }
+    }
+    const char16_t* stop = end - p > 8 ? p + 8 : end;
+    while (p < stop) {
+      uint32_t c = *p++;
+      if (detail::isHighSurrogate(c) && p < end && detail::isLowSurrogate(*p)) {
+        c = 0x10000;
+        ++p;
+      }
+      length += detail::utf8Size(c);
+    }
+  }
+  return length;
+}
+
+}  // namespace qta::text
