@@ -1,0 +1,53 @@
+// Array nodes.
+#include <algorithm>
+#include <iterator>
+
+#include "json/tree_ops.h"
+#include "qta/json/json.h"
+
+namespace qta {
+
+JSONArray::~JSONArray() { json::detail::destroyChildren(*this); }
+
+bool JSONArray::toBoolean() const { return true; }
+std::string JSONArray::toString() const { return "[object Array]"; }
+void JSONArray::write(std::string& out, int indent) const {
+  json::detail::writeTree(out, *this, indent);
+}
+JSON::root JSONArray::clone() const { return json::detail::cloneTree(*this); }
+
+std::size_t JSONArray::size() const { return Elements::size(); }
+const JSON* JSONArray::at(std::size_t index) const { return (*this)[index].get(); }
+JSON* JSONArray::at(std::size_t index) { return (*this)[index].get(); }
+JSON::root JSONArray::take(std::size_t index) { return std::move((*this)[index]); }
+JSON::root& JSONArray::slot(std::size_t index) { return (*this)[index]; }
+
+JSON* JSONArray::push(root value) {
+  push_back(std::move(value));
+  return back().get();
+}
+
+void JSONArray::append(root value) {
+  if (value && value->type == Array) {
+    Elements& source = static_cast<JSONArray&>(*value);
+    insert(end(), std::make_move_iterator(source.begin()), std::make_move_iterator(source.end()));
+    return;  // `value`, now holding only empty slots, is deleted here
+  }
+  push_back(std::move(value));
+}
+
+bool JSONArray::empty() const { return Elements::empty(); }
+void JSONArray::reverse() { std::reverse(begin(), end()); }
+const JSON::Elements& JSONArray::elements() const { return *this; }
+JSON::Elements& JSONArray::elements() { return *this; }
+
+std::string JSONArray::join(const std::string& separator) const {
+  std::string text;
+  for (auto element = begin(); element != end(); ++element) {
+    if (element != begin()) text += separator;
+    text += *element ? (*element)->toString() : "null";
+  }
+  return text;
+}
+
+}  // namespace qta

@@ -1,0 +1,25 @@
+// Locale-independent number text for the JSON model: "%.16g" output and "%lg"
+// input with C-locale rules, whatever locale the program has set.
+#ifndef QTA_JSON_NUMBER_TEXT_H_
+#define QTA_JSON_NUMBER_TEXT_H_
+
+#include <cstddef>
+#include <string>
+
+namespace qta::json::detail {
+
+// Enough for any "%.16g" text of a double ("-1.234567890123457e-308").
+inline constexpr std::size_t kNumberTextMax = 32;
+
+// Writes `value` as "%.16g" in the C locale into `buffer` (no NUL added) and
+// returns the number of characters written.
+std::size_t formatNumber(double value, char (&buffer)[kNumberTextMax]);
+
+// Scans `text` as sscanf("%lg%n") in the C locale and then requires that only
+// space, tab, line feed and carriage return follow up to the end of the text.
+// Empty text gives 0; no conversion or other trailing bytes give NaN.
+double scanNumber(const std::string& text);
+
+}  // namespace qta::json::detail
+
+#endif  // QTA_JSON_NUMBER_TEXT_H_
