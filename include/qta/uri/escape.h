@@ -1,0 +1,103 @@
+// qta/uri/escape.h: percent-escaping primitives of URI components.
+//
+// Character sets for the components, the escape checker and decoder, the
+// normaliser the parser applies to user info, query and fragment, the encoder
+// the writers use, and the decoder of the display form. Escapes are always
+// written with upper-case hexadecimal digits.
+//
+// Template mode: a span that starts with "[[" and ends at the next "]]" is a
+// placeholder, copied verbatim and never split, decoded or escaped. An
+// unclosed "[[" is ordinary text.
+//
+// Every function is pure: results are new strings owned by the caller, and
+// any number of threads may call them at once.
+#ifndef QTA_URI_ESCAPE_H_
+#define QTA_URI_ESCAPE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qta::uri {
+
+// A set of byte values, usable in constant expressions.
+class CharSet {
+ public:
+  constexpr CharSet() = default;
+  constexpr explicit CharSet(std::string_view chars) {
+    for (char c : chars) add(static_cast<unsigned char>(c));
+  }
+
+  constexpr bool contains(unsigned char c) const { return (bits_[c >> 6] >> (c & 63)) & 1; }
+  constexpr void add(unsigned char c) { bits_[c >> 6] |= uint64_t{1} << (c & 63); }
+
+  constexpr CharSet operator|(const CharSet& other) const {
+    CharSet both;
+    for (int i = 0; i < 4; ++i) both.bits_[i] = bits_[i] | other.bits_[i];
+    return both;
+  }
+
+ private:
+  uint64_t bits_[4] = {};
+};
+
+// Letters, digits, "-", ".", "_", "~": never escaped, decoded when escaped.
+inline constexpr CharSet kUnreserved{
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~"};
+
+// Sets the parser normalises with: escapes of the decode set are decoded,
+// characters of the keep set stay as they are, literal or escaped.
+inline constexpr CharSet kUserInfoDecodeSet{"!$&'()*+;="};
+inline constexpr CharSet kUserInfoKeepSet{":,"};
+inline constexpr CharSet kQueryDecodeSet{"*:/?@"};
+inline constexpr CharSet kQueryKeepSet{"+;&=[]"};
+inline constexpr CharSet kFragmentDecodeSet{"!$&'()*+,;=:/?@"};
+inline constexpr CharSet kFragmentKeepSet{"[]"};
+
+// Characters the writers leave literal besides the unreserved ones. A path
+// segment escapes "+" and "@" on purpose.
+inline constexpr CharSet kPathSegmentSet{"!$&'()*,;=:"};
+inline constexpr CharSet kMediaTypeSet{"!$&'()*+=;:@/[]\""};
+
+// Characters whose escapes the display form shows decoded.
+inline constexpr CharSet kUserInfoDisplaySet{"@:/?#[]"};
+inline constexpr CharSet kQueryDisplaySet{"&=#"};
+inline constexpr CharSet kFragmentDisplaySet{"#"};
+
+// True when every "%" (outside placeholders in template mode) is followed by
+// two hexadecimal digits.
+bool hasValidEscapes(std::string_view text, bool templateMode = false);
+
+// Replaces each "%" and two hexadecimal digits by the byte they denote. A "%"
+// that does not begin such an escape is copied, and `ok` is set to false
+// (it starts as true). In template mode placeholders are copied verbatim.
+std::string percentDecode(std::string_view text, bool& ok, bool templateMode = false);
+
+// The position of the first `ch` at or after `from` that is not inside a
+// placeholder, or std::string_view::npos.
+size_t findOutsidePlaceholder(std::string_view text, char ch, size_t from = 0);
+// The same over a NUL-terminated text.
+size_t findOutsidePlaceholder(const char* text, char ch, size_t from = 0);
+
+// The normalised escaped form of a component: unreserved characters are
+// copied; an escape of an unreserved or decode-set byte is decoded, other
+// escapes are kept with upper-case digits; any other literal character is kept
+// when it is in the keep or decode set and escaped otherwise ("%" that begins
+// no valid escape becomes "%25").
+std::string normalizeComponent(std::string_view text, const CharSet& decodeSet,
+                               const CharSet& keepSet, bool templateMode = false);
+
+// Escapes every byte that is neither unreserved nor in `keepSet`. Nothing is
+// decoded.
+std::string percentEncode(std::string_view text, const CharSet& keepSet = CharSet(),
+                          bool templateMode = false);
+
+// Decodes the escapes of bytes in `decodeSet` that are above 32 and not "%";
+// every other escape, valid or not, is copied unchanged.
+std::string displayDecode(std::string_view text, const CharSet& decodeSet,
+                          bool templateMode = false);
+
+}  // namespace qta::uri
+
+#endif  // QTA_URI_ESCAPE_H_

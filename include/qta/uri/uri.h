@@ -1,0 +1,117 @@
+// qta/uri/uri.h: the URI value type.
+//
+// A URI holds its normalised components (scheme, user info, host, port, path,
+// query, fragment, and for "data" URIs a decoded payload) in one URI::Data
+// that copies of the URI share through a reference count. A URI::Data never
+// changes once a URI holds it: the setters copy it first when it is shared, so
+// copies of a URI never see each other's changes. A URI may be read from any
+// number of threads at once; changing one object needs the usual exclusive
+// access to that object (its copies are independent).
+//
+// Parsing never throws. A text with any defect yields the empty URI (no
+// scheme, no host, port 0, empty path); URI::parse and URI::tryParse tell a
+// failure from a text that really is empty (such as "" or "?"). Texts of the
+// "data" scheme are not read yet: they fail to parse. A URI made with
+// URI::fromData is written out in full.
+#ifndef QTA_URI_URI_H_
+#define QTA_URI_URI_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qta {
+
+// The decoded payload of a "data" URI.
+struct DataURIContent {
+  // An empty media type becomes "text/plain;charset=US-ASCII".
+  DataURIContent(std::vector<uint8_t>&& bytes, std::string&& mediaType);
+
+  std::string mediaType;
+  std::vector<uint8_t> bytes;
+};
+
+class URI {
+ public:
+  struct Path {
+    bool absolute = false;              // began with "/"
+    bool trailingSlash = false;         // ended with "/" (or lost its last segment to "." or "..")
+    std::vector<std::string> segments;  // percent-decoded; empty segments kept
+
+    bool empty() const { return segments.empty() && !trailingSlash; }
+    bool operator==(const Path&) const = default;
+  };
+
+  struct Data {
+    std::string scheme;  // lower case, without ":"; empty for a relative reference
+    std::string host;    // lower-case ASCII, an IPv6 address (with "%" zone), or opaque text
+    uint32_t port = 0;   // 0 means none; the scheme's default port when a host is present
+    Path path;
+    std::string userInfo;                     // normalised escaped form
+    std::string query;                        // normalised escaped form, without "?"
+    std::string fragment;                     // normalised escaped form, without "#"
+    std::shared_ptr<DataURIContent> content;  // "data" URIs only
+  };
+
+  // The empty URI.
+  URI();
+  // Parses `text`; the empty URI when the text is not a valid URI.
+  explicit URI(std::string_view text, bool templateMode = false);
+  // From components copied unchanged; a port of 0 becomes the scheme's default.
+  URI(std::string scheme, std::string host, uint32_t port);
+
+  // Parses `text` into `out`. On failure returns false and leaves `out` empty.
+  static bool parse(std::string_view text, bool templateMode, Data& out);
+  // The parsed URI, or nothing when the text is not a valid URI.
+  static std::optional<URI> tryParse(std::string_view text, bool templateMode = false);
+  // A "data" URI holding `bytes` (empty media type: "text/plain;charset=US-ASCII").
+  static URI fromData(std::vector<uint8_t> bytes, std::string mediaType);
+
+  const Data& data() const { return *data_; }
+  const std::string& scheme() const { return data_->scheme; }
+  const std::string& host() const { return data_->host; }
+  uint32_t port() const { return data_->port; }
+  const Path& path() const { return data_->path; }
+  const std::string& userInfo() const { return data_->userInfo; }
+  const std::string& query() const { return data_->query; }
+  const std::string& fragment() const { return data_->fragment; }
+  const DataURIContent* content() const { return data_->content.get(); }
+
+  // The scheme is stored in lower case.
+  void setScheme(std::string_view scheme);
+  // Validates and normalises the host (IDNA for names, brackets for IPv6
+  // literals); returns false and keeps the old host when it is not valid.
+  bool setHost(std::string_view host);
+  // A port of 0 becomes the scheme's default port.
+  void setPort(uint32_t port);
+  void setPath(Path path);
+  // User info, query and fragment are given in escaped form and stored
+  // normalised as the parser stores them; an invalid "%" becomes "%25".
+  void setUserInfo(std::string_view userInfo);
+  void setQuery(std::string_view query, bool templateMode = false);
+  void setFragment(std::string_view fragment, bool templateMode = false);
+
+  // The full text form, which parses back to this URI.
+  std::string toString(bool templateMode = false) const;
+  // The readable form for messages: escapes decoded where that stays
+  // unambiguous, user info kept, a data URI's payload shown as "[...]".
+  std::string toDisplayString(bool templateMode = false) const;
+  // Scheme and authority only: "http://host:8080/".
+  std::string rootString() const;
+  // The file path of a local file URI ("file:" with no host or "localhost",
+  // or a reference without scheme); empty for any other URI.
+  std::string localPath() const;
+
+ private:
+  explicit URI(std::shared_ptr<Data> data) : data_(std::move(data)) {}
+  Data& mutableData();
+
+  std::shared_ptr<Data> data_;
+};
+
+}  // namespace qta
+
+#endif  // QTA_URI_URI_H_

@@ -1,0 +1,64 @@
+#include "qta/uri/query.h"
+
+#include <string>
+#include <string_view>
+
+#include "uri/escape_append.h"
+#include "uri/placeholder.h"
+
+namespace qta::uri {
+namespace {
+
+constexpr CharSet kAmpersand{"&"};
+constexpr CharSet kEquals{"="};
+
+// A bad escape is copied as it is.
+std::string decodedLeniently(std::string_view text, bool templateMode) {
+  bool ok = true;
+  return percentDecode(text, ok, templateMode);
+}
+
+}  // namespace
+
+QueryParameters queryParameters(const URI& uri) {
+  QueryParameters parameters;
+  parseQuery(uri.query(), false, parameters);
+  return parameters;
+}
+
+void parseQuery(std::string_view query, bool templateMode, QueryParameters& out) {
+  out.clear();
+  detail::PlaceholderFinder placeholders(query);
+  size_t start = 0;
+  while (start <= query.size()) {
+    const size_t end = detail::findStop(query, start, kAmpersand, templateMode, placeholders);
+    const std::string_view part = query.substr(start, end - start);
+    start = end + 1;
+    if (part.empty() || part[0] == '=') continue;
+    // The part lies inside the query, so its placeholders are the query's.
+    const size_t partStart = end - part.size();
+    const size_t nameSize =
+        detail::findStop(query.substr(0, end), partStart, kEquals, templateMode, placeholders) -
+        partStart;
+    std::string name = decodedLeniently(part.substr(0, nameSize), templateMode);
+    if (out.count(name) != 0) continue;  // the first value is kept
+    const std::string_view value = nameSize < part.size() ? part.substr(nameSize + 1) : "";
+    out.emplace(std::move(name), decodedLeniently(value, templateMode));
+  }
+}
+
+std::string buildQuery(const QueryParameters& parameters, bool templateMode) {
+  std::string out;
+  for (const auto& [name, value] : parameters) {
+    if (name.empty()) continue;
+    if (!out.empty()) out += '&';
+    detail::appendNormalized(out, name, kQueryParameterDecodeSet, kQueryParameterKeepSet,
+                             templateMode);
+    out += '=';
+    detail::appendNormalized(out, value, kQueryParameterDecodeSet, kQueryParameterKeepSet,
+                             templateMode);
+  }
+  return out;
+}
+
+}  // namespace qta::uri

@@ -1,0 +1,146 @@
+// The text forms of a URI: full, display and root, and the local file path.
+#include <string>
+#include <string_view>
+
+#include "qta/text/base64.h"
+#include "qta/uri/escape.h"
+#include "qta/uri/host.h"
+#include "qta/uri/uri.h"
+#include "uri/escape_append.h"
+#include "uri/host_detail.h"
+
+namespace qta {
+namespace {
+
+// kLocal is the local file path: segments as they are.
+enum class Form { kFull, kDisplay, kLocal };
+
+bool writesEmptyAuthority(std::string_view scheme) { return scheme == "udp" || scheme == "rtp"; }
+
+// Bytes a display path segment shows as they are: all but control bytes and
+// the ones that would change how the text reads back ("%", "/", "?", "#").
+constexpr uri::CharSet displaySegmentSet() {
+  uri::CharSet set;
+  for (int c = 32; c < 256; ++c) {
+    if (c != '%' && c != '/' && c != '?' && c != '#') set.add(static_cast<unsigned char>(c));
+  }
+  return set;
+}
+
+void appendSegment(std::string& out, std::string_view segment, Form form, bool templateMode) {
+  if (form == Form::kFull) {
+    uri::detail::appendPercentEncoded(out, segment, uri::kPathSegmentSet, templateMode);
+    return;
+  }
+  if (form == Form::kLocal) {
+    out += segment;
+    return;
+  }
+  static constexpr uri::CharSet kShown = displaySegmentSet();
+  uri::detail::appendPercentEncoded(out, segment, kShown, templateMode);
+}
+
+void appendPath(std::string& out, const URI::Path& path, Form form, bool templateMode) {
+  if (path.absolute) out += '/';
+  for (size_t i = 0; i < path.segments.size(); ++i) {
+    if (i > 0) out += '/';
+    appendSegment(out, path.segments[i], form, templateMode);
+  }
+  if (path.trailingSlash) out += path.segments.empty() ? (path.absolute ? "" : "./") : "/";
+}
+
+size_t estimatedSize(const URI::Data& data) {
+  size_t size = data.scheme.size() + data.userInfo.size() + data.host.size() + data.query.size() +
+                data.fragment.size() + 16;
+  for (const std::string& segment : data.path.segments) size += segment.size() + 1;
+  return size;
+}
+
+std::string write(const URI::Data& data, Form form, bool templateMode) {
+  std::string out;
+  out.reserve(estimatedSize(data));
+  if (!data.scheme.empty()) {
+    out += data.scheme;
+    out += ':';
+  }
+  if (data.content != nullptr && data.scheme == "data") {
+    uri::detail::appendPercentEncoded(out, data.content->mediaType, uri::kMediaTypeSet, false);
+    if (form == Form::kDisplay) {
+      out += ",[...]";  // the payload is never shown
+    } else {
+      out += ";base64,";
+      out += text::base64Encode(data.content->bytes.data(), data.content->bytes.size());
+    }
+    return out;
+  }
+  if (!data.host.empty()) {
+    out += "//";
+    if (!data.userInfo.empty()) {
+      if (form == Form::kFull) {
+        out += data.userInfo;
+      } else {
+        uri::detail::appendDisplayDecoded(out, data.userInfo, uri::kUserInfoDisplaySet, false);
+      }
+      out += '@';
+    }
+    uri::detail::appendHostAndPort(out, data);
+  } else if (writesEmptyAuthority(data.scheme)) {
+    out += "//@";  // an any-address listener: "udp://@:1234"
+    uri::detail::appendHostAndPort(out, data);
+  }
+  if (!data.path.empty()) appendPath(out, data.path, form, templateMode);
+  if (!data.query.empty()) {
+    out += '?';
+    if (form == Form::kFull) {
+      out += data.query;
+    } else {
+      uri::detail::appendDisplayDecoded(out, data.query, uri::kQueryDisplaySet, templateMode);
+    }
+  }
+  if (!data.fragment.empty()) {
+    out += '#';
+    if (form == Form::kFull) {
+      out += data.fragment;
+    } else {
+      uri::detail::appendDisplayDecoded(out, data.fragment, uri::kFragmentDisplaySet, templateMode);
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+std::string URI::toString(bool templateMode) const {
+  return write(*data_, Form::kFull, templateMode);
+}
+
+std::string URI::toDisplayString(bool templateMode) const {
+  return write(*data_, Form::kDisplay, templateMode);
+}
+
+std::string URI::rootString() const {
+  std::string out;
+  if (!data_->scheme.empty()) {
+    out += data_->scheme;
+    out += ':';
+  }
+  if (!data_->host.empty()) {
+    out += "//";
+    uri::detail::appendHostAndPort(out, *data_);
+    out += '/';
+  }
+  return out;
+}
+
+std::string URI::localPath() const {
+  const Data& data = *data_;
+  if ((!data.scheme.empty() && data.scheme != "file") ||
+      (!data.host.empty() && data.host != "localhost")) {
+    return std::string();
+  }
+  std::string out;
+  appendPath(out, data.path, Form::kLocal, false);
+  return out;
+}
+
+}  // namespace qta
