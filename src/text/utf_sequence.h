@@ -58,7 +58,8 @@ struct Decoded {
 };
 
 // Reads the sequence at `p` (p < end, *p >= 0xC0) without looking at or past `end`.
-inline Decoded decodeSequence(const uint8_t* p, const uint8_t* end) {
+// Always inlined: the result then lives in registers, never on the stack.
+[[gnu::always_inline]] inline Decoded decodeSequence(const uint8_t* p, const uint8_t* end) {
   const uint32_t lead = p[0];
   const size_t available = static_cast<size_t>(end - p);
   if (lead < 0xE0) {
