@@ -2,6 +2,7 @@
 
 #include <locale.h>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -12,17 +13,152 @@
 namespace qta::json::detail {
 namespace {
 
-// Appends the decimal digits of `magnitude` at `cursor`; returns the new end.
+constexpr char kDigitPairs[] =
+    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+    "8081828384858687888990919293949596979899";
+
+// Writes the decimal digits of `magnitude` at `cursor`; returns the new end.
 char* writeUnsigned(std::uint64_t magnitude, char* cursor) {
   char digits[20];
   char* first = digits + sizeof digits;
-  do {
-    *--first = static_cast<char>('0' + magnitude % 10);
-    magnitude /= 10;
-  } while (magnitude != 0);
+  while (magnitude >= 100) {
+    first -= 2;
+    std::memcpy(first, kDigitPairs + magnitude % 100 * 2, 2);
+    magnitude /= 100;
+  }
+  if (magnitude >= 10) {
+    first -= 2;
+    std::memcpy(first, kDigitPairs + magnitude * 2, 2);
+  } else {
+    *--first = static_cast<char>('0' + magnitude);
+  }
   const std::size_t count = static_cast<std::size_t>(digits + sizeof digits - first);
   std::memcpy(cursor, first, count);
   return cursor + count;
+}
+
+// Writes exactly 4 digits of `value` (below 10^4) at `cursor`.
+void writeFourDigits(std::uint32_t value, char* cursor) {
+  std::memcpy(cursor, kDigitPairs + value / 100 * 2, 2);
+  std::memcpy(cursor + 2, kDigitPairs + value % 100 * 2, 2);
+}
+
+// Writes exactly 16 digits of `value` (below 10^16) at `cursor`, in four
+// independent groups so the divisions do not wait for each other.
+void writeSixteenDigits(std::uint64_t value, char* cursor) {
+  const auto high = static_cast<std::uint32_t>(value / 100000000);
+  const auto low = static_cast<std::uint32_t>(value % 100000000);
+  writeFourDigits(high / 10000, cursor);
+  writeFourDigits(high % 10000, cursor + 4);
+  writeFourDigits(low / 10000, cursor + 8);
+  writeFourDigits(low % 10000, cursor + 12);
+}
+
+constexpr std::uint64_t kTenTo15 = 1000000000000000ULL;
+constexpr std::uint64_t kTenTo16 = 10 * kTenTo15;
+
+using Wide = unsigned __int128;
+
+constexpr Wide powerOfTen(int exponent) {
+  Wide power = 1;
+  while (exponent-- > 0) power *= 10;
+  return power;
+}
+
+constexpr int kMaxScale = 22;  // 10^22 times a 53-bit significand fits in 128 bits
+
+constexpr std::array<Wide, kMaxScale + 1> kPowersOfTen = [] {
+  std::array<Wide, kMaxScale + 1> powers{};
+  for (int i = 0; i <= kMaxScale; ++i) powers[i] = powerOfTen(i);
+  return powers;
+}();
+
+// The 16 significant digits of a finite positive double and the decimal
+// exponent of the first: value ~ digits * 10^(exponent - 15).
+struct Decimal16 {
+  std::uint64_t digits;  // 10^15 <= digits < 10^16
+  int exponent;
+};
+
+// Rounds significand * 2^-shift * 10^scale to an integer, ties to even, as
+// printf rounds in the default rounding mode. Needs 0 < shift < 128.
+std::uint64_t roundScaled(std::uint64_t significand, int shift, int scale) {
+  const Wide product = significand * kPowersOfTen[scale];
+  const auto whole = static_cast<std::uint64_t>(product >> shift);
+  const Wide remainder = product & ((Wide{1} << shift) - 1);
+  const Wide half = Wide{1} << (shift - 1);
+  const bool up = remainder > half || (remainder == half && (whole & 1) != 0);
+  return whole + (up ? 1 : 0);
+}
+
+// Exact 16-digit rounding with 128-bit integers, for the normal doubles with
+// a fraction between 1e-7 and 1e16 (where the scaled significand fits).
+// Returns false for the others.
+bool toDecimal16(double value, Decimal16& decimal) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  const int biased = static_cast<int>(bits >> 52) & 0x7FF;
+  if (biased == 0) return false;  // subnormal
+  const std::uint64_t significand =
+      (bits & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52);
+  const int shift = 1075 - biased;        // value = significand * 2^-shift
+  const int binaryExponent = 52 - shift;  // 2^binaryExponent <= value < 2^(binaryExponent + 1)
+  if (shift <= 0) return false;
+  // floor(log10(value)) is this estimate or one more.
+  int exponent = (binaryExponent * 78913) >> 18;
+  if (15 - exponent > kMaxScale || exponent > 15) return false;
+  std::uint64_t digits = roundScaled(significand, shift, 15 - exponent);
+  if (digits >= kTenTo16) {
+    ++exponent;
+    if (exponent > 15) return false;
+    digits = roundScaled(significand, shift, 15 - exponent);
+  }
+  if (digits == kTenTo16) {  // rounded up to the next power of ten
+    digits = kTenTo15;
+    ++exponent;
+  }
+  decimal = Decimal16{digits, exponent};
+  return true;
+}
+
+// Lays out 16 digits as "%.16g" does: plain notation for exponents from -4
+// to 15, else d.ddde+XX; trailing zeros and a bare point are dropped.
+char* writeGeneral(const Decimal16& decimal, char* cursor) {
+  char digits[16];
+  writeSixteenDigits(decimal.digits, digits);
+  int count = 16;
+  while (digits[count - 1] == '0') --count;
+  const int exponent = decimal.exponent;
+  if (exponent < -4 || exponent > 15) {
+    *cursor++ = digits[0];
+    if (count > 1) {
+      *cursor++ = '.';
+      std::memcpy(cursor, digits + 1, static_cast<std::size_t>(count - 1));
+      cursor += count - 1;
+    }
+    *cursor++ = 'e';
+    *cursor++ = exponent < 0 ? '-' : '+';
+    const int magnitude = exponent < 0 ? -exponent : exponent;
+    if (magnitude >= 100) *cursor++ = static_cast<char>('0' + magnitude / 100);
+    std::memcpy(cursor, kDigitPairs + magnitude % 100 * 2, 2);
+    return cursor + 2;
+  }
+  if (exponent < 0) {
+    std::memcpy(cursor, "0.000", static_cast<std::size_t>(1 - exponent));
+    cursor += 1 - exponent;
+    std::memcpy(cursor, digits, static_cast<std::size_t>(count));
+    return cursor + count;
+  }
+  const int wholeDigits = exponent + 1;
+  std::memcpy(cursor, digits, static_cast<std::size_t>(wholeDigits));
+  cursor += wholeDigits;
+  if (count > wholeDigits) {
+    *cursor++ = '.';
+    std::memcpy(cursor, digits + wholeDigits, static_cast<std::size_t>(count - wholeDigits));
+    cursor += count - wholeDigits;
+  }
+  return cursor;
 }
 
 // The C locale, made once and freed at exit, for scanning numbers.
@@ -61,7 +197,7 @@ bool isTrailingSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c ==
 
 }  // namespace
 
-std::size_t formatNumber(double value, char (&buffer)[kNumberTextMax]) {
+std::size_t formatNumber(double value, char* buffer) {
   char* cursor = buffer;
   if (std::signbit(value)) *cursor++ = '-';
   const double magnitude = std::fabs(value);
@@ -79,6 +215,10 @@ std::size_t formatNumber(double value, char (&buffer)[kNumberTextMax]) {
     if (static_cast<double>(whole) == magnitude) {
       return static_cast<std::size_t>(writeUnsigned(whole, cursor) - buffer);
     }
+  }
+  Decimal16 decimal;
+  if (toDecimal16(magnitude, decimal)) {
+    return static_cast<std::size_t>(writeGeneral(decimal, cursor) - buffer);
   }
   // to_chars with a precision rounds exactly as printf does and prints the
   // same "%g" layout, without consulting the locale.

@@ -11,9 +11,10 @@ namespace qta::json::detail {
 // Enough for any "%.16g" text of a double ("-1.234567890123457e-308").
 inline constexpr std::size_t kNumberTextMax = 32;
 
-// Writes `value` as "%.16g" in the C locale into `buffer` (no NUL added) and
+// Writes `value` as "%.16g" in the C locale into `buffer`, which has room for
+// kNumberTextMax characters (no NUL is added), and
 // returns the number of characters written.
-std::size_t formatNumber(double value, char (&buffer)[kNumberTextMax]);
+std::size_t formatNumber(double value, char* buffer);
 
 // Scans `text` as sscanf("%lg%n") in the C locale and then requires that only
 // space, tab, line feed and carriage return follow up to the end of the text.

@@ -7,11 +7,14 @@
 #include <vector>
 
 #include "json/number_text.h"
+#include "json/text_sink.h"
 #include "json/tree_ops.h"
 #include "qta/utils/format.h"
 
 namespace qta::json {
 namespace {
+
+using detail::TextSink;
 
 // The bytes a string cannot hold as they are: NUL (where the text ends),
 // other control bytes, the double quote and the backslash.
@@ -49,56 +52,54 @@ std::size_t plainRun(const char* text, const char* end) {
   return static_cast<std::size_t>(cursor - text);
 }
 
-void appendEscape(std::string& out, unsigned char c) {
+void putEscape(TextSink& sink, unsigned char c) {
   switch (c) {
     case '"':
-      out.append("\\\"", 2);
-      break;
+      return sink.put("\\\"");
     case '\\':
-      out.append("\\\\", 2);
-      break;
+      return sink.put("\\\\");
     case '\b':
-      out.append("\\b", 2);
-      break;
+      return sink.put("\\b");
     case '\f':
-      out.append("\\f", 2);
-      break;
+      return sink.put("\\f");
     case '\n':
-      out.append("\\n", 2);
-      break;
+      return sink.put("\\n");
     case '\r':
-      out.append("\\r", 2);
-      break;
+      return sink.put("\\r");
     case '\t':
-      out.append("\\t", 2);
-      break;
-    default:
-      out += formatString("\\u%04X", c);
-      break;
+      return sink.put("\\t");
+    default: {
+      const std::string escape = formatString("\\u%04X", c);
+      return sink.put(escape.data(), escape.size());
+    }
   }
 }
 
 // Quotes and escapes `[text, end)`, stopping early at a NUL byte.
-void appendQuoted(std::string& out, const char* text, const char* end) {
-  out.push_back('"');
+void putQuoted(TextSink& sink, const char* text, const char* end) {
+  sink.put('"');
   while (text != end) {
     const std::size_t run = plainRun(text, end);
-    out.append(text, run);
+    sink.put(text, run);
     text += run;
     if (text == end || *text == '\0') break;
-    appendEscape(out, static_cast<unsigned char>(*text++));
+    putEscape(sink, static_cast<unsigned char>(*text++));
   }
-  out.push_back('"');
+  sink.put('"');
+}
+
+void putNumber(TextSink& sink, double value) {
+  sink.advance(detail::formatNumber(value, sink.room(detail::kNumberTextMax)));
 }
 
 // Writes one array or object and everything below it, keeping the open
 // containers on an explicit stack instead of the machine stack.
 class TreeWriter {
  public:
-  TreeWriter(std::string& out, int indent) : out_(out), multiLine_(indent >= 0) {}
+  TreeWriter(std::string& out, int indent) : sink_(out), multiLine_(indent >= 0) {}
 
   void run(const JSON& top, int indent) {
-    writeValue(top, indent);
+    writeValue(&top, indent);
     while (!open_.empty()) step();
   }
 
@@ -110,91 +111,100 @@ class TreeWriter {
     int indent;
   };
 
-  void writeValue(const JSON* value, int indent) {
-    if (value == nullptr) {
-      out_.append("null", 4);  // an empty slot left by take()
-    } else {
-      writeValue(*value, indent);
-    }
+  static const JSON::Elements& elementsOf(const JSON& array) {
+    return static_cast<const JSONArray&>(array);
+  }
+  static const JSON::Members& membersOf(const JSON& object) {
+    return static_cast<const JSONObject&>(object);
   }
 
-  void writeValue(const JSON& value, int indent) {
-    switch (value.type) {
-      case JSON::Array:
-        if (value.empty()) {
-          out_.append("[ ]", 3);
-        } else {
-          openContainer('[', value, indent);
-        }
-        break;
-      case JSON::Object:
-        if (value.empty()) {
-          out_.append("{ }", 3);
-        } else {
-          openContainer('{', value, indent);
-          open_.back().member = value.members().begin();
-        }
-        break;
+  static bool hasChildren(const JSON* value) {
+    return value != nullptr && detail::hasChildren(*value);
+  }
+
+  // Writes a value that is not a container with children.
+  void writeLeaf(const JSON* value) {
+    if (value == nullptr) return sink_.put("null");  // an empty slot left by take()
+    switch (value->type) {
+      case JSON::Null:
+        return sink_.put("null");
+      case JSON::Boolean:
+        if (static_cast<const JSONBoolean*>(value)->value) return sink_.put("true");
+        return sink_.put("false");
       case JSON::Number:
-        writeNumber(out_, static_cast<const JSONNumber&>(value).value);
-        break;
-      case JSON::String:
-        detail::writeText(out_, static_cast<const JSONString&>(value).text());
-        break;
-      default:
-        value.write(out_, indent);
-        break;
+        return putNumber(sink_, static_cast<const JSONNumber*>(value)->value);
+      case JSON::String: {
+        const std::string& text = *static_cast<const JSONString*>(value);
+        return putQuoted(sink_, text.data(), text.data() + text.size());
+      }
+      case JSON::Array:
+        return sink_.put("[ ]");
+      case JSON::Object:
+        return sink_.put("{ }");
     }
   }
 
-  void openContainer(char bracket, const JSON& container, int indent) {
-    out_.push_back(bracket);
-    out_.push_back(multiLine_ ? '\n' : ' ');
-    open_.push_back(Open{&container, 0, {}, multiLine_ ? indent : -1});
+  void writeValue(const JSON* value, int indent) {
+    if (!hasChildren(value)) return writeLeaf(value);
+    char* text = sink_.room(2);
+    text[0] = value->type == JSON::Array ? '[' : '{';
+    text[1] = multiLine_ ? '\n' : ' ';
+    sink_.advance(2);
+    const JSON::Members::const_iterator firstMember =
+        value->type == JSON::Object ? membersOf(*value).begin() : JSON::Members::const_iterator();
+    open_.push_back(Open{value, 0, firstMember, multiLine_ ? indent : -1});
   }
 
-  // Writes the next child of the innermost open container, or closes it.
+  // Writes the children of the innermost open container up to the first one
+  // that has children of its own, which is opened; or closes the container.
   void step() {
     Open& top = open_.back();
     const int indent = top.indent;
-    const JSON* child;
+    const int childIndent = multiLine_ ? indent + 1 : -1;
     if (top.container->type == JSON::Array) {
-      const JSON::Elements& elements = top.container->elements();
-      if (top.next == elements.size()) return close(']');
-      startItem(top.next != 0, indent);
-      child = elements[top.next++].get();
-    } else {
-      if (top.member == top.container->members().end()) return close('}');
-      startItem(top.member != top.container->members().begin(), indent);
-      appendQuoted(out_, top.member->first.data(),
-                   top.member->first.data() + top.member->first.size());
-      out_.append(": ", 2);
-      child = (top.member++)->second.get();
+      const JSON::Elements& elements = elementsOf(*top.container);
+      while (top.next != elements.size()) {
+        startItem(top.next != 0, indent);
+        const JSON* child = elements[top.next++].get();
+        if (hasChildren(child)) return writeValue(child, childIndent);  // `top` is stale now
+        writeLeaf(child);
+      }
+      return close(']');
     }
-    writeValue(child, multiLine_ ? indent + 1 : -1);  // may push: `top` is stale now
+    const JSON::Members& members = membersOf(*top.container);
+    while (top.member != members.end()) {
+      startItem(top.member != members.begin(), indent);
+      const std::string& key = top.member->first;
+      putQuoted(sink_, key.data(), key.data() + key.size());
+      sink_.put(": ");
+      const JSON* child = (top.member++)->second.get();
+      if (hasChildren(child)) return writeValue(child, childIndent);  // `top` is stale now
+      writeLeaf(child);
+    }
+    close('}');
   }
 
   void startItem(bool separated, int indent) {
     if (multiLine_) {
-      if (separated) out_.append(",\n", 2);
-      out_.append(static_cast<std::size_t>(indent) + 1, '\t');
+      if (separated) sink_.put(",\n");
+      sink_.repeat('\t', static_cast<std::size_t>(indent) + 1);
     } else if (separated) {
-      out_.append(", ", 2);
+      sink_.put(", ");
     }
   }
 
   void close(char bracket) {
     if (multiLine_) {
-      out_.push_back('\n');
-      out_.append(static_cast<std::size_t>(open_.back().indent), '\t');
+      sink_.put('\n');
+      sink_.repeat('\t', static_cast<std::size_t>(open_.back().indent));
     } else {
-      out_.push_back(' ');
+      sink_.put(' ');
     }
-    out_.push_back(bracket);
+    sink_.put(bracket);
     open_.pop_back();
   }
 
-  std::string& out_;
+  TextSink sink_;
   const bool multiLine_;
   std::vector<Open> open_;
 };
@@ -202,12 +212,13 @@ class TreeWriter {
 }  // namespace
 
 void writeString(std::string& out, const char* text) {
-  appendQuoted(out, text, text + std::strlen(text));
+  TextSink sink(out);
+  putQuoted(sink, text, text + std::strlen(text));
 }
 
 void writeNumber(std::string& out, double value) {
-  char buffer[detail::kNumberTextMax];
-  out.append(buffer, detail::formatNumber(value, buffer));
+  TextSink sink(out);
+  putNumber(sink, value);
 }
 
 std::string toJSONText(const JSON& value, int indent) {
@@ -219,7 +230,8 @@ std::string toJSONText(const JSON& value, int indent) {
 namespace detail {
 
 void writeText(std::string& out, const std::string& text) {
-  appendQuoted(out, text.data(), text.data() + text.size());
+  TextSink sink(out);
+  putQuoted(sink, text.data(), text.data() + text.size());
 }
 
 void writeTree(std::string& out, const JSON& value, int indent) {

@@ -63,6 +63,22 @@ double sampleDouble(std::mt19937_64& random) {
   }
 }
 
+TEST(JSONNumberText, MatchesPrintfOnRoundingTiesAndRangeEdges) {
+  const double cases[] = {4503599627370496.5,
+                          4503599627370497.5,
+                          1000000000000000.5,
+                          1000000000000001.5,
+                          999999999999999.94,
+                          9999999999999998.0,
+                          0.1 + 0.2,
+                          1e-7,
+                          9.999999999999999e-8,
+                          1e-5,
+                          0.000123456789,
+                          123456.78901234567};
+  for (double value : cases) EXPECT_EQ(JSONNumber(value).toString(), printfText(value));
+}
+
 TEST(JSONNumberText, MatchesPrintfOverAMillionDoubles) {
   std::mt19937_64 random(20261121);
   for (int i = 0; i < 1000000; ++i) {

@@ -1,0 +1,89 @@
+// An append-only cursor into a std::string for the JSON writer: appends are
+// plain copies into room made ahead, instead of a capacity check and call per
+// append. The string's size is set back to the text written when the sink is
+// destroyed, on every path.
+#ifndef QTA_JSON_TEXT_SINK_H_
+#define QTA_JSON_TEXT_SINK_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+namespace qta::json::detail {
+
+class TextSink {
+ public:
+  explicit TextSink(std::string& out) : out_(out), used_(out.size()) {}
+  ~TextSink() { out_.resize(used_); }
+  TextSink(const TextSink&) = delete;
+  TextSink& operator=(const TextSink&) = delete;
+
+  // Makes room for `count` more bytes; returns where they go. Commit them
+  // with advance().
+  char* room(std::size_t count) {
+    if (out_.size() - used_ < count) grow(count);
+    return out_.data() + used_;
+  }
+  void advance(std::size_t count) { used_ += count; }
+
+  void put(char c) {
+    *room(1) = c;
+    ++used_;
+  }
+  void put(const char* text, std::size_t count) {
+    char* to = room(count);
+    if (count <= 16) {
+      copyShort(to, text, count);
+    } else {
+      std::memcpy(to, text, count);
+    }
+    used_ += count;
+  }
+  template <std::size_t N>
+  void put(const char (&literal)[N]) {
+    put(literal, N - 1);
+  }
+  void repeat(char c, std::size_t count) {
+    std::memset(room(count), c, count);
+    used_ += count;
+  }
+
+ private:
+  // Copies up to 16 bytes with two overlapping fixed-size moves, cheaper than
+  // a call to memcpy for the short keys and strings that dominate documents.
+  static void copyShort(char* to, const char* from, std::size_t count) {
+    if (count >= 8) {
+      std::uint64_t head, tail;
+      std::memcpy(&head, from, 8);
+      std::memcpy(&tail, from + count - 8, 8);
+      std::memcpy(to, &head, 8);
+      std::memcpy(to + count - 8, &tail, 8);
+    } else if (count >= 4) {
+      std::uint32_t head, tail;
+      std::memcpy(&head, from, 4);
+      std::memcpy(&tail, from + count - 4, 4);
+      std::memcpy(to, &head, 4);
+      std::memcpy(to + count - 4, &tail, 4);
+    } else if (count != 0) {
+      to[0] = from[0];
+      to[count / 2] = from[count / 2];
+      to[count - 1] = from[count - 1];
+    }
+  }
+
+  void grow(std::size_t count) {
+    const std::size_t needed = used_ + count;
+    if (needed < used_ || needed > out_.max_size()) throw std::length_error("basic_string::append");
+    out_.resize(std::max(needed, std::min(out_.max_size() / 2, out_.size()) * 2));
+  }
+
+  std::string& out_;
+  std::size_t used_;
+};
+
+}  // namespace qta::json::detail
+
+#endif  // QTA_JSON_TEXT_SINK_H_
