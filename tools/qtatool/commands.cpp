@@ -5,6 +5,7 @@
 namespace qtatool {
 
 int runDemo(Args args);
+int runUri(Args args);
 int runBase64(Args args);
 int runUtf8(Args args);
 int runUtf16(Args args);
@@ -44,6 +45,14 @@ std::span<const Command> commands() {
        "Writes the UTF-8 bytes of the code points (1 to 8 hexadecimal digits each) to\n"
        "standard output. Surrogates and values above 10FFFF are dropped.\n",
        runUtf32},
+      {"uri", "parse a URI and show its components and written forms",
+       "Usage: qtatool uri parse [--template] TEXT\n\n"
+       "Parses TEXT as a URI (with --template, \"[[\" ... \"]]\" placeholders are kept as\n"
+       "they are) and prints one line of JSON: scheme, userInfo, host, port, path\n"
+       "(absolute, trailingSlash, segments), query, fragment, and the full, display and\n"
+       "root forms and the local file path. A text that is not a valid URI prints\n"
+       "\"invalid URI\" on standard error and exits with 1.\n",
+       runUri},
   };
   return kCommands;
 }
