@@ -49,35 +49,34 @@ std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
   return text;
 }
 
-// Decodes into a result of type Out (std::string or std::vector<uint8_t>),
-// allocated once at its final length.
+// Decodes `size` alphabet characters into a result of type Out (std::string
+// or std::vector<uint8_t>), allocated once at its final length.
+template <typename Out>
+Out decodeKept(const char* kept, size_t size, const Alphabet& alphabet) {
+  Out out(base64::decodedLength(size), 0);
+  auto* bytes = reinterpret_cast<uint8_t*>(out.data());
+  const size_t done = hasAvx2() ? base64::decodeAvx2(kept, size, bytes, alphabet) : 0;
+  base64::decodeScalar(kept + done, size - done, bytes + done / 4 * 3, alphabet);
+  return out;
+}
+
+// The count of kept characters must be known before the result is allocated.
+// Short texts (tokens, header fields) are filtered into a stack buffer in one
+// pass. Longer text made of alphabet characters, perhaps followed by skipped
+// ones only (the usual "=" padding), is decoded in place after a scan; any
+// other is filtered into a heap copy.
 template <typename Out>
 Out decode(const char* text, size_t size, const Alphabet& alphabet) {
-  // Text made of alphabet characters, perhaps followed by skipped ones only
-  // (the usual "=" padding), decodes in place. Anything else is first
-  // filtered into a scratch copy, which gives the count of kept characters
-  // before the result is allocated.
-  const size_t clean = firstSkipped(text, size, alphabet);
-  const char* kept = text;
-  size_t keptSize = clean;
-  // Short texts (tokens, header fields) filter on the stack.
-  char local[kLocalScratch];
-  std::unique_ptr<char[]> heap;
-  if (anyKept(text + clean, size - clean, alphabet)) {
-    char* scratch = local;
-    if (size > kLocalScratch) {
-      heap = std::make_unique_for_overwrite<char[]>(size);
-      scratch = heap.get();
-    }
-    std::memcpy(scratch, text, clean);
-    keptSize = clean + filter(text + clean, size - clean, scratch + clean, alphabet);
-    kept = scratch;
+  if (size <= kLocalScratch) {
+    char scratch[kLocalScratch + base64::kFilterSlack];
+    return decodeKept<Out>(scratch, filter(text, size, scratch, alphabet), alphabet);
   }
-  Out out(base64::decodedLength(keptSize), 0);
-  auto* bytes = reinterpret_cast<uint8_t*>(out.data());
-  const size_t done = hasAvx2() ? base64::decodeAvx2(kept, keptSize, bytes, alphabet) : 0;
-  base64::decodeScalar(kept + done, keptSize - done, bytes + done / 4 * 3, alphabet);
-  return out;
+  const size_t clean = firstSkipped(text, size, alphabet);
+  if (!anyKept(text + clean, size - clean, alphabet)) return decodeKept<Out>(text, clean, alphabet);
+  const auto scratch = std::make_unique_for_overwrite<char[]>(size + base64::kFilterSlack);
+  std::memcpy(scratch.get(), text, clean);
+  const size_t kept = clean + filter(text + clean, size - clean, scratch.get() + clean, alphabet);
+  return decodeKept<Out>(scratch.get(), kept, alphabet);
 }
 
 }  // namespace

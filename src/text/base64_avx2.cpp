@@ -2,6 +2,7 @@
 
 #include <immintrin.h>
 
+#include <algorithm>
 #include <array>
 
 #include "text/base64_scalar.h"
@@ -16,14 +17,15 @@ QTA_AVX2 __m256i broadcast16(const void* table) {
 }
 
 // 24 bytes as two lanes of 12, each widened to four 32-bit words holding the
-// four 6-bit values of one 3-byte group in its four bytes.
+// four 6-bit values of one 3-byte group in its four bytes. The two loads
+// cover bytes 0-15 and 8-23, so nothing past the 24 bytes is read.
 QTA_AVX2 __m256i splitGroups(const uint8_t* in) {
   const __m256i bytes = _mm256_inserti128_si256(
       _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in))),
-      _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 12)), 1);
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 8)), 1);
   const __m256i spread = _mm256_shuffle_epi8(
       bytes, _mm256_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10,  //
-                              1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));
+                              5, 4, 6, 5, 8, 7, 9, 8, 11, 10, 12, 11, 14, 13, 15, 14));
   const __m256i first = _mm256_mulhi_epu16(_mm256_and_si256(spread, _mm256_set1_epi32(0x0fc0fc00)),
                                            _mm256_set1_epi32(0x04000040));
   const __m256i second = _mm256_mullo_epi16(_mm256_and_si256(spread, _mm256_set1_epi32(0x003f03f0)),
@@ -76,8 +78,7 @@ constexpr std::array<std::array<uint8_t, 8>, 256> makeCompressTable() {
 constexpr auto kCompress = makeCompressTable();
 
 // Appends the kept bytes of 16 characters at out + kept; returns the new count.
-// Each 8-byte store lands no further than the chunk it came from, so it stays
-// within a buffer as long as the input.
+// Each 8-byte store may write up to 8 bytes past the new count.
 QTA_AVX2 size_t compress16(__m128i chars, uint32_t mask, char* out, size_t kept) {
   const uint32_t lowMask = mask & 0xff;
   const uint32_t highMask = (mask >> 8) & 0xff;
@@ -110,32 +111,41 @@ QTA_AVX2 __m256i decodeBlock(__m256i chars, __m256i shift, __m256i lastChar, __m
 }  // namespace
 
 QTA_AVX2 size_t encodeAvx2(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet) {
+  const size_t full = size - size % 3;
+  if (full < 24) return 0;
   const __m256i shift = broadcast16(alphabet.encodeShift.data());
+  const auto encodeBlock = [&](size_t at) QTA_AVX2 {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + at / 3 * 4),
+                        valuesToChars(splitGroups(in + at), shift));
+  };
   size_t done = 0;
-  for (; size - done >= 28; done += 24, out += 32) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out),
-                        valuesToChars(splitGroups(in + done), shift));
-  }
-  return done;
+  for (; full - done >= 24; done += 24) encodeBlock(done);
+  // The last groups again as one block ending at the last full group: the
+  // overlap is written twice with the same characters.
+  if (done != full) encodeBlock(full - 24);
+  return full;
 }
 
 QTA_AVX2 size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& alphabet) {
+  if (size < 32) return firstSkippedScalar(text, size, alphabet);
   const SkipTables tables = skipTables(alphabet);
+  const auto load = [text](size_t at) QTA_AVX2 {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + at));
+  };
   size_t i = 0;
   for (; size - i >= 64; i += 64) {
-    const uint64_t kept =
-        keptMask(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i)), tables) |
-        uint64_t{
-            keptMask(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i + 32)), tables)}
-            << 32;
+    const uint64_t kept = keptMask(load(i), tables) | uint64_t{keptMask(load(i + 32), tables)}
+                                                          << 32;
     if (kept != ~uint64_t{0}) return i + static_cast<size_t>(__builtin_ctzll(~kept));
   }
-  for (; size - i >= 32; i += 32) {
-    const uint32_t kept =
-        keptMask(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i)), tables);
-    if (kept != ~uint32_t{0}) return i + static_cast<size_t>(__builtin_ctz(~kept));
+  // Up to two more blocks, the second ending at the end of the text; bytes
+  // seen twice are known to be kept.
+  for (; i < size; i += 32) {
+    const size_t at = std::min(i, size - 32);
+    const uint32_t kept = keptMask(load(at), tables);
+    if (kept != ~uint32_t{0}) return at + static_cast<size_t>(__builtin_ctz(~kept));
   }
-  return i + firstSkippedScalar(text + i, size - i, alphabet);
+  return size;
 }
 
 QTA_AVX2 size_t filterAvx2(const char* text, size_t size, char* out, const Alphabet& alphabet) {
@@ -153,31 +163,42 @@ QTA_AVX2 size_t filterAvx2(const char* text, size_t size, char* out, const Alpha
       kept = compress16(_mm256_extracti128_si256(chars, 1), mask >> 16, out, kept);
     }
   }
-  return kept + filterScalar(text + i, size - i, out + kept, alphabet);
+  if (i == size || size < 32) return kept + filterScalar(text + i, size - i, out + kept, alphabet);
+  // The last 32 bytes, less those already filtered.
+  const size_t at = size - 32;
+  const __m256i chars = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + at));
+  const uint32_t mask = keptMask(chars, tables) & (~uint32_t{0} << (i - at));
+  kept = compress16(_mm256_castsi256_si128(chars), mask, out, kept);
+  return compress16(_mm256_extracti128_si256(chars, 1), mask >> 16, out, kept);
 }
 
 QTA_AVX2 size_t decodeAvx2(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet) {
+  const size_t full = kept - kept % 4;
+  if (full < 32) return 0;
   const __m256i shift = broadcast16(alphabet.decodeShift.data());
   const __m256i lastChar = _mm256_set1_epi8(alphabet.lastChar);
   const __m256i lastCharAdd = _mm256_set1_epi8(alphabet.lastCharAdd);
+  const auto decodeAt = [&](size_t at) QTA_AVX2 {
+    return decodeBlock(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + at)), shift,
+                       lastChar, lastCharAdd);
+  };
+  // 24 bytes of result and 8 bytes of scratch per 32-byte store, while the
+  // scratch still lands inside the result.
   const size_t room = decodedLength(kept);
   size_t i = 0;
-  size_t written = 0;
-  // Full 32-byte stores (24 bytes of result, 8 scratch) while they fit.
-  for (; kept - i >= 32 && room - written >= 32; i += 32, written += 24) {
-    const __m256i chars = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + written),
-                        decodeBlock(chars, shift, lastChar, lastCharAdd));
+  for (; full - i >= 32 && room - i / 4 * 3 >= 32; i += 32) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i / 4 * 3), decodeAt(i));
   }
-  if (kept - i >= 32) {
-    const __m256i chars = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i));
-    const __m256i bytes = decodeBlock(chars, shift, lastChar, lastCharAdd);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + written), _mm256_castsi256_si128(bytes));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(out + written + 16),
-                     _mm256_extracti128_si256(bytes, 1));
-    i += 32;
+  // The rest with exact 24-byte stores, the last block ending at the last
+  // full group and rewriting what it overlaps with the same bytes.
+  for (; i < full; i += 32) {
+    const size_t at = std::min(i, full - 32);
+    const __m256i bytes = decodeAt(at);
+    uint8_t* to = out + at / 4 * 3;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(bytes));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16), _mm256_extracti128_si256(bytes, 1));
   }
-  return i;
+  return full;
 }
 
 }  // namespace qta::text::base64
