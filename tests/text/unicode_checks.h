@@ -8,6 +8,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -75,8 +78,8 @@ std::basic_string<Out> runPartial(const Direction<In, Out>& d, std::basic_string
   const In* src = input.data();
   size_t remaining = input.size();
   stalled = false;
+  const auto buffer = std::make_unique<Out[]>(capacity);
   while (remaining > 0) {
-    auto buffer = std::make_unique<Out[]>(capacity);
     const In* before = src;
     const size_t n = d.partial(src, remaining, buffer.get(), capacity);
     if (n > capacity || src < before ||
@@ -140,6 +143,26 @@ std::string checkDirection(const Direction<In, Out>& d,
 inline std::string checkValidity(std::string_view input) {
   if (qta::text::isValidUtf8(input) != isValidUtf8(input)) return "validity check differs";
   return "";
+}
+
+// For the fuzz harnesses: stops the run with the message when a check failed.
+inline void require(const std::string& problem) {
+  if (problem.empty()) return;
+  std::fprintf(stderr, "unicode check failed: %s\n", problem.c_str());
+  std::abort();
+}
+
+// Every capacity from 1 up for short inputs; the first 64 for long ones.
+inline size_t capacityLimitFor(size_t inputSize) {
+  return inputSize <= 512 ? inputSize * 2 + 2 : 64;
+}
+
+// Reinterprets raw fuzz bytes as units of `Unit` (a trailing partial unit is dropped).
+template <typename Unit>
+std::basic_string<Unit> unitsFromBytes(const uint8_t* data, size_t size) {
+  std::basic_string<Unit> units(size / sizeof(Unit), Unit{0});
+  if (!units.empty()) std::memcpy(units.data(), data, units.size() * sizeof(Unit));
+  return units;
 }
 
 }  // namespace unicoderef

@@ -1,0 +1,12 @@
+// The UTF-8 validity check against the reference model.
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "text/unicode_checks.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  unicoderef::require(
+      unicoderef::checkValidity(std::string_view(reinterpret_cast<const char*>(data), size)));
+  return 0;
+}
