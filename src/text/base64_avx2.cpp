@@ -53,14 +53,17 @@ QTA_AVX2 __m256i highNibbles(__m256i chars) {
   return _mm256_and_si256(_mm256_srli_epi32(chars, 4), _mm256_set1_epi8(0x0f));
 }
 
-// Bit i set when byte i of `chars` is an alphabet character.
-QTA_AVX2 uint32_t keptMask(__m256i chars, const SkipTables& tables) {
+// Non-zero in the bytes of `chars` that are outside the alphabet.
+QTA_AVX2 __m256i skippedBytes(__m256i chars, const SkipTables& tables) {
   const __m256i low =
       _mm256_shuffle_epi8(tables.low, _mm256_and_si256(chars, _mm256_set1_epi8(0x0f)));
-  const __m256i high = _mm256_shuffle_epi8(tables.high, highNibbles(chars));
-  const __m256i skipped = _mm256_and_si256(low, high);
+  return _mm256_and_si256(low, _mm256_shuffle_epi8(tables.high, highNibbles(chars)));
+}
+
+// Bit i set when byte i of `chars` is an alphabet character.
+QTA_AVX2 uint32_t keptMask(__m256i chars, const SkipTables& tables) {
   return static_cast<uint32_t>(
-      _mm256_movemask_epi8(_mm256_cmpeq_epi8(skipped, _mm256_setzero_si256())));
+      _mm256_movemask_epi8(_mm256_cmpeq_epi8(skippedBytes(chars, tables), _mm256_setzero_si256())));
 }
 
 // kCompress[m] moves the bytes of an 8-byte chunk whose bits are set in m to
@@ -132,14 +135,17 @@ QTA_AVX2 size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& 
   const auto load = [text](size_t at) QTA_AVX2 {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + at));
   };
+  // 128 bytes at a time while all are kept; the block loop below then finds
+  // the exact place.
   size_t i = 0;
-  for (; size - i >= 64; i += 64) {
-    const uint64_t kept = keptMask(load(i), tables) | uint64_t{keptMask(load(i + 32), tables)}
-                                                          << 32;
-    if (kept != ~uint64_t{0}) return i + static_cast<size_t>(__builtin_ctzll(~kept));
+  for (; size - i >= 128; i += 128) {
+    const __m256i skipped = _mm256_or_si256(
+        _mm256_or_si256(skippedBytes(load(i), tables), skippedBytes(load(i + 32), tables)),
+        _mm256_or_si256(skippedBytes(load(i + 64), tables), skippedBytes(load(i + 96), tables)));
+    if (!_mm256_testz_si256(skipped, skipped)) break;
   }
-  // Up to two more blocks, the second ending at the end of the text; bytes
-  // seen twice are known to be kept.
+  // The last block ends at the end of the text; bytes seen twice are known
+  // to be kept.
   for (; i < size; i += 32) {
     const size_t at = std::min(i, size - 32);
     const uint32_t kept = keptMask(load(at), tables);
