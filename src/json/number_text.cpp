@@ -18,24 +18,40 @@ constexpr char kDigitPairs[] =
     "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
     "8081828384858687888990919293949596979899";
 
-// Writes the decimal digits of `magnitude` at `cursor`; returns the new end.
+constexpr std::array<std::uint64_t, 20> kUnsignedPowersOfTen = [] {
+  std::array<std::uint64_t, 20> powers{};
+  std::uint64_t power = 1;
+  for (std::uint64_t& entry : powers) {
+    entry = power;
+    power *= 10;
+  }
+  return powers;
+}();
+
+// The number of decimal digits of `value`: log10 from the bit length (1233 /
+// 4096 is just above log10(2)), corrected by one comparison.
+int digitCount(std::uint64_t value) {
+  value |= 1;
+  const int estimate = (64 - __builtin_clzll(value)) * 1233 >> 12;
+  return estimate + (value >= kUnsignedPowersOfTen[estimate] ? 1 : 0);
+}
+
+// Writes the decimal digits of `magnitude` at `cursor`, pairs at a time from
+// the last one back; returns the new end.
 char* writeUnsigned(std::uint64_t magnitude, char* cursor) {
-  char digits[20];
-  char* first = digits + sizeof digits;
+  char* const end = cursor + digitCount(magnitude);
+  char* digit = end;
   while (magnitude >= 100) {
-    first -= 2;
-    std::memcpy(first, kDigitPairs + magnitude % 100 * 2, 2);
+    digit -= 2;
+    std::memcpy(digit, kDigitPairs + magnitude % 100 * 2, 2);
     magnitude /= 100;
   }
   if (magnitude >= 10) {
-    first -= 2;
-    std::memcpy(first, kDigitPairs + magnitude * 2, 2);
+    std::memcpy(digit - 2, kDigitPairs + magnitude * 2, 2);
   } else {
-    *--first = static_cast<char>('0' + magnitude);
+    digit[-1] = static_cast<char>('0' + magnitude);
   }
-  const std::size_t count = static_cast<std::size_t>(digits + sizeof digits - first);
-  std::memcpy(cursor, first, count);
-  return cursor + count;
+  return end;
 }
 
 // Writes exactly 4 digits of `value` (below 10^4) at `cursor`.

@@ -74,7 +74,8 @@ class TextSink {
     }
   }
 
-  void grow(std::size_t count) {
+  // Kept out of line so that the appends above stay small enough to inline.
+  [[gnu::noinline]] void grow(std::size_t count) {
     const std::size_t needed = used_ + count;
     if (needed < used_ || needed > out_.max_size()) throw std::length_error("basic_string::append");
     out_.resize(std::max(needed, std::min(out_.max_size() / 2, out_.size()) * 2));

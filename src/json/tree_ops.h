@@ -13,7 +13,14 @@ namespace qta::json::detail {
 
 // True for an array or object that has at least one child slot.
 inline bool hasChildren(const JSON& node) {
-  return (node.type == JSON::Array || node.type == JSON::Object) && !node.empty();
+  switch (node.type) {
+    case JSON::Array:
+      return !static_cast<const JSONArray&>(node).JSON::Elements::empty();
+    case JSON::Object:
+      return !static_cast<const JSONObject&>(node).JSON::Members::empty();
+    default:
+      return false;
+  }
 }
 
 // Destroys the children of a container about to be deleted: children that

@@ -166,6 +166,8 @@ class TreeWriter {
       while (top.next != elements.size()) {
         startItem(top.next != 0, indent);
         const JSON* child = elements[top.next++].get();
+        // Start loading the next node while this one is written.
+        if (top.next != elements.size()) __builtin_prefetch(elements[top.next].get());
         if (hasChildren(child)) return writeValue(child, childIndent);  // `top` is stale now
         writeLeaf(child);
       }
@@ -178,6 +180,7 @@ class TreeWriter {
       putQuoted(sink_, key.data(), key.data() + key.size());
       sink_.put(": ");
       const JSON* child = (top.member++)->second.get();
+      if (top.member != members.end()) __builtin_prefetch(top.member->second.get());
       if (hasChildren(child)) return writeValue(child, childIndent);  // `top` is stale now
       writeLeaf(child);
     }
