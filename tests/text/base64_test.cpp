@@ -77,6 +77,13 @@ TEST(Base64, DecodingSkipsEverythingOutsideTheAlphabet) {
   }
 }
 
+TEST(Base64, NullPointerWithZeroLengthIsEmpty) {
+  EXPECT_EQ(base64Encode(nullptr, 0), "");
+  EXPECT_EQ(base64UrlEncode(nullptr, 0), "");
+  EXPECT_TRUE(base64Decode(nullptr, 0).empty());
+  EXPECT_EQ(base64UrlDecodeToString(nullptr, 0), "");
+}
+
 TEST(Base64, StringViewOverloadsMatch) {
   EXPECT_EQ(base64Encode(std::string_view("foo")), "Zm9v");
   EXPECT_EQ(base64UrlEncode(std::string_view("\xFB\xFF")), "-_8");
