@@ -16,7 +16,7 @@ namespace qta::json::detail {
 
 class TextSink {
  public:
-  explicit TextSink(std::string& out) : out_(out), used_(out.size()) {}
+  explicit TextSink(std::string& out) : out_(out), start_(out.size()), used_(start_) {}
   ~TextSink() { out_.resize(used_); }
   TextSink(const TextSink&) = delete;
   TextSink& operator=(const TextSink&) = delete;
@@ -34,18 +34,22 @@ class TextSink {
     ++used_;
   }
   void put(const char* text, std::size_t count) {
-    char* to = room(count);
-    if (count <= 16) {
-      copyShort(to, text, count);
-    } else {
-      std::memcpy(to, text, count);
-    }
+    copy(room(count), text, count);
     used_ += count;
   }
   template <std::size_t N>
   void put(const char (&literal)[N]) {
     put(literal, N - 1);
   }
+  // Copies `count` bytes into room made before.
+  static void copy(char* to, const char* from, std::size_t count) {
+    if (count <= 16) {
+      copyShort(to, from, count);
+    } else {
+      std::memcpy(to, from, count);
+    }
+  }
+
   void repeat(char c, std::size_t count) {
     std::memset(room(count), c, count);
     used_ += count;
@@ -75,13 +79,21 @@ class TextSink {
   }
 
   // Kept out of line so that the appends above stay small enough to inline.
+  // The room made beyond `count` grows with what this sink has written, so a
+  // short append zero-fills little and a long one grows geometrically (the
+  // string's own capacity doubles underneath).
   [[gnu::noinline]] void grow(std::size_t count) {
+    const std::size_t limit = out_.max_size();
+    if (count > limit - used_) throw std::length_error("basic_string::append");
     const std::size_t needed = used_ + count;
-    if (needed < used_ || needed > out_.max_size()) throw std::length_error("basic_string::append");
-    out_.resize(std::max(needed, std::min(out_.max_size() / 2, out_.size()) * 2));
+    const std::size_t slack = std::max({used_ - start_, count, kMinimumSlack});
+    out_.resize(slack > limit - needed ? limit : needed + slack);
   }
 
+  static constexpr std::size_t kMinimumSlack = 64;
+
   std::string& out_;
+  const std::size_t start_;  // the size of the string before this sink
   std::size_t used_;
 };
 

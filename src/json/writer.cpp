@@ -75,17 +75,32 @@ void putEscape(TextSink& sink, unsigned char c) {
   }
 }
 
-// Quotes and escapes `[text, end)`, stopping early at a NUL byte.
-void putQuoted(TextSink& sink, const char* text, const char* end) {
+// Quotes and escapes `[text, end)`, stopping early at a NUL byte, and then
+// appends `tail`: the closing quote, and for a key the ": " after it.
+template <std::size_t N>
+void putQuoted(TextSink& sink, const char* text, const char* end, const char (&tail)[N]) {
+  constexpr std::size_t kTail = N - 1;
+  std::size_t run = plainRun(text, end);
+  if (text + run == end) {  // nothing to escape: one copy
+    char* to = sink.room(run + 1 + kTail);
+    to[0] = '"';
+    TextSink::copy(to + 1, text, run);
+    std::memcpy(to + 1 + run, tail, kTail);
+    return sink.advance(run + 1 + kTail);
+  }
   sink.put('"');
-  while (text != end) {
-    const std::size_t run = plainRun(text, end);
+  for (;;) {
     sink.put(text, run);
     text += run;
     if (text == end || *text == '\0') break;
     putEscape(sink, static_cast<unsigned char>(*text++));
+    run = plainRun(text, end);
   }
-  sink.put('"');
+  sink.put(tail);
+}
+
+void putString(TextSink& sink, const std::string& text) {
+  putQuoted(sink, text.data(), text.data() + text.size(), "\"");
 }
 
 void putNumber(TextSink& sink, double value) {
@@ -99,7 +114,7 @@ class TreeWriter {
   TreeWriter(std::string& out, int indent) : sink_(out), multiLine_(indent >= 0) {}
 
   void run(const JSON& top, int indent) {
-    writeValue(&top, indent);
+    writeValue(&top, multiLine_ ? static_cast<std::size_t>(indent) : 0);
     while (!open_.empty()) step();
   }
 
@@ -108,7 +123,7 @@ class TreeWriter {
     const JSON* container;
     std::size_t next;                      // the next element (arrays)
     JSON::Members::const_iterator member;  // the next member (objects)
-    int indent;
+    std::size_t depth;                     // tabs before the closing bracket (multi-line layout)
   };
 
   static const JSON::Elements& elementsOf(const JSON& array) {
@@ -134,8 +149,7 @@ class TreeWriter {
       case JSON::Number:
         return putNumber(sink_, static_cast<const JSONNumber*>(value)->value);
       case JSON::String: {
-        const std::string& text = *static_cast<const JSONString*>(value);
-        return putQuoted(sink_, text.data(), text.data() + text.size());
+        return putString(sink_, *static_cast<const JSONString*>(value));
       }
       case JSON::Array:
         return sink_.put("[ ]");
@@ -144,7 +158,7 @@ class TreeWriter {
     }
   }
 
-  void writeValue(const JSON* value, int indent) {
+  void writeValue(const JSON* value, std::size_t depth) {
     if (!hasChildren(value)) return writeLeaf(value);
     char* text = sink_.room(2);
     text[0] = value->type == JSON::Array ? '[' : '{';
@@ -152,45 +166,49 @@ class TreeWriter {
     sink_.advance(2);
     const JSON::Members::const_iterator firstMember =
         value->type == JSON::Object ? membersOf(*value).begin() : JSON::Members::const_iterator();
-    open_.push_back(Open{value, 0, firstMember, multiLine_ ? indent : -1});
+    // Filled field by field: a whole-struct copy from the stack would wait on
+    // the stores that built it.
+    Open& frame = open_.emplace_back();
+    frame.container = value;
+    frame.next = 0;
+    frame.member = firstMember;
+    frame.depth = depth;
   }
 
   // Writes the children of the innermost open container up to the first one
   // that has children of its own, which is opened; or closes the container.
   void step() {
     Open& top = open_.back();
-    const int indent = top.indent;
-    const int childIndent = multiLine_ ? indent + 1 : -1;
+    const std::size_t depth = top.depth;
     if (top.container->type == JSON::Array) {
       const JSON::Elements& elements = elementsOf(*top.container);
       while (top.next != elements.size()) {
-        startItem(top.next != 0, indent);
+        startItem(top.next != 0, depth);
         const JSON* child = elements[top.next++].get();
         // Start loading the next node while this one is written.
         if (top.next != elements.size()) __builtin_prefetch(elements[top.next].get());
-        if (hasChildren(child)) return writeValue(child, childIndent);  // `top` is stale now
+        if (hasChildren(child)) return writeValue(child, depth + 1);  // `top` is stale now
         writeLeaf(child);
       }
       return close(']');
     }
     const JSON::Members& members = membersOf(*top.container);
     while (top.member != members.end()) {
-      startItem(top.member != members.begin(), indent);
+      startItem(top.member != members.begin(), depth);
       const std::string& key = top.member->first;
-      putQuoted(sink_, key.data(), key.data() + key.size());
-      sink_.put(": ");
+      putQuoted(sink_, key.data(), key.data() + key.size(), "\": ");
       const JSON* child = (top.member++)->second.get();
       if (top.member != members.end()) __builtin_prefetch(top.member->second.get());
-      if (hasChildren(child)) return writeValue(child, childIndent);  // `top` is stale now
+      if (hasChildren(child)) return writeValue(child, depth + 1);  // `top` is stale now
       writeLeaf(child);
     }
     close('}');
   }
 
-  void startItem(bool separated, int indent) {
+  void startItem(bool separated, std::size_t depth) {
     if (multiLine_) {
       if (separated) sink_.put(",\n");
-      sink_.repeat('\t', static_cast<std::size_t>(indent) + 1);
+      sink_.repeat('\t', depth + 1);
     } else if (separated) {
       sink_.put(", ");
     }
@@ -199,7 +217,7 @@ class TreeWriter {
   void close(char bracket) {
     if (multiLine_) {
       sink_.put('\n');
-      sink_.repeat('\t', static_cast<std::size_t>(open_.back().indent));
+      sink_.repeat('\t', open_.back().depth);
     } else {
       sink_.put(' ');
     }
@@ -216,7 +234,7 @@ class TreeWriter {
 
 void writeString(std::string& out, const char* text) {
   TextSink sink(out);
-  putQuoted(sink, text, text + std::strlen(text));
+  putQuoted(sink, text, text + std::strlen(text), "\"");
 }
 
 void writeNumber(std::string& out, double value) {
@@ -234,7 +252,7 @@ namespace detail {
 
 void writeText(std::string& out, const std::string& text) {
   TextSink sink(out);
-  putQuoted(sink, text.data(), text.data() + text.size());
+  putString(sink, text);
 }
 
 void writeTree(std::string& out, const JSON& value, int indent) {

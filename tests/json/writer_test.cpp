@@ -95,6 +95,18 @@ TEST(JSONWriter, EscapesStrings) {
   }
 }
 
+TEST(JSONWriter, ManySmallAppendsToOneStringStayCheap) {
+  // Each append must cost its own length, not the length of the whole string.
+  std::string out;
+  constexpr int kPieces = 200000;
+  for (int i = 0; i < kPieces; ++i) {
+    json::writeString(out, "ab");
+    json::writeNumber(out, i % 10);
+  }
+  ASSERT_EQ(out.size(), kPieces * 5u);
+  EXPECT_EQ(out.substr(out.size() - 10), "\"ab\"8\"ab\"9");
+}
+
 TEST(JSONWriter, KeysAreEscapedAndOrderedBytewise) {
   JSONObject object;
   object.set("b\n", json::makeNull());
