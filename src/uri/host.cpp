@@ -3,6 +3,7 @@
 #include <idn-free.h>
 #include <idna.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
@@ -18,12 +19,14 @@ namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-bool isLetterDigitOrHyphen(char c) {
-  return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-';
+
+// Label bytes, ".", and every byte of 128 and above.
+constexpr CharSet hostNameBytes() {
+  CharSet set = detail::kLabelBytes | CharSet(".");
+  for (int c = 128; c < 256; ++c) set.add(static_cast<unsigned char>(c));
+  return set;
 }
-bool isHostByte(char c) {
-  return isLetterDigitOrHyphen(c) || c == '.' || static_cast<unsigned char>(c) >= 128;
-}
+constexpr CharSet kHostNameBytes = hostNameBytes();
 
 void lowerCaseAscii(std::string& text) {
   for (char& c : text) {
@@ -42,28 +45,24 @@ enum class AsciiVerdict { kValid, kInvalid, kNeedsIdna };
 // above are left to libidn.
 AsciiVerdict checkAsciiName(std::string_view name) {
   if (name.empty() || name == ".") return AsciiVerdict::kValid;
-  bool allAscii = true;
-  for (char c : name) allAscii &= static_cast<unsigned char>(c) < 128;
-  if (!allAscii) return AsciiVerdict::kNeedsIdna;
-
-  size_t start = 0;
-  while (true) {
-    size_t end = name.find('.', start);
-    if (end == std::string_view::npos) end = name.size();
-    const std::string_view label = name.substr(start, end - start);
-    if (label.empty()) {
-      // Only the label after a final dot may be empty.
-      return end == name.size() && start > 0 ? AsciiVerdict::kValid : AsciiVerdict::kInvalid;
+  bool valid = true;
+  size_t labelStart = 0;
+  for (size_t i = 0; i <= name.size(); ++i) {
+    if (i == name.size() || name[i] == '.') {
+      const size_t length = i - labelStart;
+      if (length == 0) {
+        valid &= i == name.size() && labelStart > 0;  // only after a final dot
+      } else {
+        valid &= length <= 63 && name[labelStart] != '-' && name[i - 1] != '-';
+      }
+      labelStart = i + 1;
+    } else if (static_cast<unsigned char>(name[i]) >= 128) {
+      return AsciiVerdict::kNeedsIdna;
+    } else {
+      valid &= detail::isLabelByte(name[i]);
     }
-    if (label.size() > 63 || label.front() == '-' || label.back() == '-') {
-      return AsciiVerdict::kInvalid;
-    }
-    for (char c : label) {
-      if (!isLetterDigitOrHyphen(c)) return AsciiVerdict::kInvalid;
-    }
-    if (end == name.size()) return AsciiVerdict::kValid;
-    start = end + 1;
   }
+  return valid ? AsciiVerdict::kValid : AsciiVerdict::kInvalid;
 }
 
 struct IdnFree {
@@ -91,6 +90,7 @@ bool convertName(std::string& name) {
     case AsciiVerdict::kNeedsIdna:
       break;
   }
+  if (std::memchr(name.data(), '\0', name.size()) != nullptr) return false;  // C strings only
   std::string converted = name;
   if (!convertWithIdna(converted)) return false;
   lowerCaseAscii(converted);
@@ -177,7 +177,6 @@ bool isIPv4Address(std::string_view text, char terminator) {
 }
 
 bool toAsciiHost(std::string& host, bool keepTrailingHyphen) {
-  if (std::memchr(host.data(), '\0', host.size()) != nullptr) return false;
   if (keepTrailingHyphen && host.size() >= 2 && host.back() == '-') {
     std::string name = host.substr(0, host.size() - 1);
     if (!convertName(name)) return false;
@@ -205,7 +204,7 @@ bool checkHost(URI::Data& data, bool keepTrailingHyphen) {
     if (percent != std::string::npos) {
       if (percent + 1 == address.size()) return false;
       for (size_t i = percent + 1; i < address.size(); ++i) {
-        if (!isLetterDigitOrHyphen(address[i])) return false;
+        if (!detail::isLabelByte(address[i])) return false;
       }
     }
     host = std::move(address);
@@ -232,10 +231,8 @@ bool isHostName(std::string_view host, bool allowTrailingHyphen) {
   if (host.empty() || host.front() == '-' || (!allowTrailingHyphen && host.back() == '-')) {
     return false;
   }
-  for (char c : host) {
-    if (!isHostByte(c)) return false;
-  }
-  return true;
+  return std::all_of(host.begin(), host.end(),
+                     [](char c) { return kHostNameBytes.contains(static_cast<unsigned char>(c)); });
 }
 
 void appendHostForOutput(std::string& out, const URI::Data& data) {

@@ -16,12 +16,13 @@ namespace {
 constexpr CharSet kLetters{"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"};
 constexpr CharSet kSchemeChars = kLetters | CharSet("0123456789+-.");
 constexpr CharSet kAuthorityEnd{"/?#"};
-constexpr CharSet kPathEnd{"?#"};
-constexpr CharSet kSlash{"/"};
 constexpr CharSet kHash{"#"};
+constexpr CharSet kBrackets{"[]"};
+constexpr CharSet kNotInHost{"[]@"};
 
-bool isLetterDigitOrHyphen(char c) {
-  return kLetters.contains(static_cast<unsigned char>(c)) || (c >= '0' && c <= '9') || c == '-';
+bool containsAny(std::string_view text, const CharSet& set) {
+  return std::any_of(text.begin(), text.end(),
+                     [&](char c) { return set.contains(static_cast<unsigned char>(c)); });
 }
 
 bool allowsEmptyHost(std::string_view scheme) {
@@ -38,12 +39,12 @@ bool parseIPv6Literal(std::string_view address, std::string& host) {
   }
   if (address.size() - percent < 4 || address.substr(percent + 1, 2) != "25") return false;
   const std::string_view zone = address.substr(percent + 3);
-  if (zone.find_first_of("[]@") != std::string_view::npos) return false;
+  if (containsAny(zone, kNotInHost)) return false;
   host.assign(address.substr(0, percent + 1));
   const size_t zoneStart = host.size();
   if (!detail::appendPercentDecoded(host, zone, false)) return false;
   return std::all_of(host.begin() + static_cast<std::ptrdiff_t>(zoneStart), host.end(),
-                     isLetterDigitOrHyphen);
+                     detail::isLabelByte);
 }
 
 bool parsePort(std::string_view text, uint32_t& port) {
@@ -80,14 +81,22 @@ bool parseHostAndPort(URI::Data& data, std::string_view text) {
     }
     if (!parseIPv6Literal(text.substr(1, close - 1), host)) return false;
   } else {
-    const size_t colon = text.find(':');
-    const std::string_view name = text.substr(0, colon);
-    if (colon != std::string_view::npos) {
+    size_t colon = 0;
+    bool escaped = false;
+    for (; colon < text.size() && text[colon] != ':'; ++colon) {
+      if (kNotInHost.contains(static_cast<unsigned char>(text[colon]))) return false;
+      escaped |= text[colon] == '%';
+    }
+    if (colon < text.size()) {
       hasPort = true;
       portText = text.substr(colon + 1);
     }
-    if (name.find_first_of("[]@") != std::string_view::npos) return false;
-    if (!detail::appendPercentDecoded(host, name, false)) return false;
+    const std::string_view name = text.substr(0, colon);
+    if (!escaped) {
+      host.assign(name);
+    } else if (!detail::appendPercentDecoded(host, name, false)) {
+      return false;
+    }
     if (host.empty()) {
       if (!allowsEmptyHost(data.scheme)) return false;
     } else if (!detail::isHostName(host, false) || !toAsciiHost(host, false)) {
@@ -111,7 +120,7 @@ bool parseInto(std::string_view text, bool templateMode, URI::Data& out) {
   const std::string_view rest = text.substr(*afterAuthority);
   if (!out.scheme.empty()) {
     if (!out.userInfo.empty()) {
-      if (out.userInfo.find_first_of("[]") != std::string::npos) return false;
+      if (containsAny(out.userInfo, kBrackets)) return false;
       const std::string raw = std::move(out.userInfo);
       out.userInfo.clear();
       detail::appendNormalized(out.userInfo, raw, kUserInfoDecodeSet, kUserInfoKeepSet, false);
@@ -188,33 +197,49 @@ std::optional<size_t> parsePath(std::string_view text, bool templateMode, URI::P
   path.absolute = false;
   path.trailingSlash = false;
   path.segments.clear();
+  if (text.empty() || text[0] == '?' || text[0] == '#') return 0;
+  // Most paths have a few segments: one allocation holds them.
+  path.segments.reserve(4);
   detail::PlaceholderFinder placeholders(text);
-  const size_t end = detail::findStop(text, 0, kPathEnd, templateMode, placeholders);
-  std::string_view pathText = text.substr(0, end);
-  if (pathText.empty()) return end;
-  size_t start = 0;
-  if (pathText[0] == '/') {
+  size_t i = 0;
+  if (text[0] == '/') {
     path.absolute = true;
-    start = 1;
+    i = 1;
   }
-  if (pathText.back() == '/') {
-    path.trailingSlash = true;
-    if (start == pathText.size()) return end;  // "/" alone
-    pathText.remove_suffix(1);
-  }
-  path.segments.reserve(
-      static_cast<size_t>(
-          std::count(pathText.begin() + static_cast<std::ptrdiff_t>(start), pathText.end(), '/')) +
-      1);
+  // One pass finds the end of the path, splits the segments and notes which
+  // of them need decoding.
+  size_t segmentStart = i;
+  bool escaped = false;
   while (true) {
-    const size_t slash = detail::findStop(pathText, start, kSlash, templateMode, placeholders);
-    std::string& segment = path.segments.emplace_back();
-    if (!detail::appendPercentDecoded(segment, pathText.substr(start, slash - start),
-                                      templateMode)) {
-      return std::nullopt;
+    const char c = i < text.size() ? text[i] : '?';
+    if (c == '/' || c == '?' || c == '#') {
+      const bool atEnd = c != '/';
+      if (atEnd && segmentStart == i) {
+        path.trailingSlash = true;  // the path text ended with "/"
+        return i;
+      }
+      const std::string_view raw = text.substr(segmentStart, i - segmentStart);
+      std::string& segment = path.segments.emplace_back();
+      if (!escaped) {
+        segment.assign(raw);
+      } else if (!detail::appendPercentDecoded(segment, raw, templateMode)) {
+        return std::nullopt;
+      }
+      if (atEnd) return i;
+      segmentStart = ++i;
+      escaped = false;
+      continue;
     }
-    if (slash == pathText.size()) return end;
-    start = slash + 1;
+    if (c == '%') {
+      escaped = true;
+    } else if (templateMode && c == '[') {
+      const size_t placeholderEnd = placeholders.endAt(i);
+      if (placeholderEnd != std::string_view::npos) {
+        i = placeholderEnd;
+        continue;
+      }
+    }
+    ++i;
   }
 }
 

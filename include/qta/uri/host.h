@@ -20,7 +20,7 @@ namespace qta::uri {
 // 0 when the scheme has none.
 uint32_t defaultPort(std::string_view scheme);
 
-// True for a schemes whose authority is opaque text ("qta", "project").
+// True for the schemes whose authority is opaque text ("qta", "project").
 bool hasOpaqueAuthority(std::string_view scheme);
 
 // True when `text` starts with an IPv6 address that ends at the end of the
