@@ -8,7 +8,9 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::u32string units = unicoderef::unitsFromBytes<char32_t>(data, size);
-  unicoderef::require(unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, units,
-                                                 unicoderef::capacityLimitFor(units.size())));
+  unicoderef::require(unicoderef::onEveryPath([&] {
+    return unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, units,
+                                      unicoderef::capacityLimitFor(units.size()));
+  }));
   return 0;
 }

@@ -9,8 +9,10 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
-  unicoderef::require(unicoderef::checkDirection(unicoderef::kUtf8ToUtf16, input,
-                                                 unicoderef::capacityLimitFor(size)));
+  unicoderef::require(unicoderef::onEveryPath([&] {
+    return unicoderef::checkDirection(unicoderef::kUtf8ToUtf16, input,
+                                      unicoderef::capacityLimitFor(size));
+  }));
   // Well formed means valid, with no stray continuation bytes and no surrogates:
   // then the decoded code points re-encode to exactly the input.
   const std::u32string codePoints = qta::text::utf8ToUtf32(input);

@@ -7,7 +7,9 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
-  unicoderef::require(unicoderef::checkDirection(unicoderef::kUtf8ToUtf32, input,
-                                                 unicoderef::capacityLimitFor(size)));
+  unicoderef::require(unicoderef::onEveryPath([&] {
+    return unicoderef::checkDirection(unicoderef::kUtf8ToUtf32, input,
+                                      unicoderef::capacityLimitFor(size));
+  }));
   return 0;
 }

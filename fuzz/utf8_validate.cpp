@@ -6,7 +6,7 @@
 #include "text/unicode_checks.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  unicoderef::require(
-      unicoderef::checkValidity(std::string_view(reinterpret_cast<const char*>(data), size)));
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  unicoderef::require(unicoderef::onEveryPath([&] { return unicoderef::checkValidity(input); }));
   return 0;
 }

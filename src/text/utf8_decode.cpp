@@ -1,9 +1,12 @@
 // UTF-8 to UTF-16 and UTF-32: one decoder, templated on the output unit.
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <string>
 
 #include "qta/text/unicode.h"
+#include "text/utf_avx2.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -21,12 +24,15 @@ constexpr size_t unitsForLead(uint8_t lead) {
 
 // Converts from `src` until the input ends or the next sequence does not fit in
 // the `capacity` units at `dst`. Advances `src`; returns the units written.
-// Whole blocks of 16 ASCII bytes are copied at once; everything else goes
+// Whole blocks of 16 ASCII bytes are copied at once; with AVX2, blocks of
+// other text are converted by the block converter; everything else goes
 // through the scalar sequence reader.
 template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   const uint8_t* p = src;
   size_t written = 0;
+  const bool blocks = detail::avx2Enabled();
+  const uint8_t* scalarUntil = p;  // where the block converter may be tried again
   while (p < end) {
     const uint8_t lead = *p;
     if (lead < 0x80) {
@@ -40,6 +46,14 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
       }
       while (p < end && *p < 0x80 && written < capacity) dst[written++] = *p++;
       continue;
+    }
+    if (blocks && p >= scalarUntil) {
+      if (end - p >= 48 && capacity - written >= kBlock) {
+        const uint8_t* before = p;
+        written += detail::decodeBlocksAvx2(p, end, dst + written, capacity - written);
+        if (p != before) continue;
+      }
+      scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
     }
     if (lead < 0xC0) {  // stray continuation byte
       ++p;

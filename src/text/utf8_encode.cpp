@@ -1,8 +1,11 @@
 // UTF-16 and UTF-32 to UTF-8, and the single code point encoder.
+#include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <string>
 
 #include "qta/text/unicode.h"
+#include "text/utf_avx2.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -13,13 +16,16 @@ using detail::kBlock;
 
 // Converts from `src` until the input ends or the next code point does not fit
 // in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
-// Whole blocks of 16 ASCII units are narrowed at once; the rest is encoded one
-// code point at a time. Units that encode to nothing are consumed even when the
+// Whole blocks of 16 ASCII units are narrowed at once; with AVX2, UTF-16
+// blocks without surrogates are converted by the block converter; the rest is
+// encoded one code point at a time. Units that encode to nothing are consumed even when the
 // output is full.
 template <typename Unit>
 size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
   const Unit* p = src;
   size_t written = 0;
+  const bool blocks = sizeof(Unit) == 2 && detail::avx2Enabled();
+  const Unit* scalarUntil = p;  // where the block converter may be tried again
   while (p < end) {
     uint32_t c = *p;
     if (c < 0x80) {
@@ -32,16 +38,30 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
       continue;
     }
-    size_t consumed = 1;
     if constexpr (sizeof(Unit) == 2) {
+      if (blocks && p >= scalarUntil) {
+        if (end - p >= 24 && capacity - written >= 32) {
+          const Unit* before = p;
+          written += detail::encodeBlocksAvx2(p, end, dst + written, capacity - written);
+          if (p != before) continue;
+        }
+        scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
+      }
       if (detail::isHighSurrogate(c) && end - p >= 2 && detail::isLowSurrogate(p[1])) {
-        c = 0x10000 + ((c & 0x3FF) << 10 | (p[1] & 0x3FFu));
-        consumed = 2;
+        if (capacity - written < 4) break;
+        detail::encodeFourBytes(0x10000 + ((c & 0x3FF) << 10 | (p[1] & 0x3FFu)), dst + written);
+        p += 2;
+        written += 4;
+        continue;
+      }
+      if (detail::isSurrogate(c)) {  // unpaired: dropped
+        ++p;
+        continue;
       }
     }
     if (capacity - written < detail::utf8Size(c)) break;
     written += detail::encodeUtf8(c, dst + written);
-    p += consumed;
+    ++p;
   }
   src = p;
   return written;

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace qta::text::detail {
 
@@ -21,6 +22,13 @@ constexpr size_t utf8Size(uint32_t c) {
   if (c < 0x800) return 2;
   if (c < 0x10000) return isSurrogate(c) ? 0 : 3;
   return c <= 0x10FFFF ? 4 : 0;
+}
+
+// Writes the four-byte form of `c` (0x10000 to 0x10FFFF) at `out` with one store.
+inline void encodeFourBytes(uint32_t c, char* out) {
+  const uint32_t bytes = (0xF0 | c >> 18) | (0x80 | (c >> 12 & 0x3F)) << 8 |
+                         (0x80 | (c >> 6 & 0x3F)) << 16 | (0x80 | (c & 0x3F)) << 24;
+  std::memcpy(out, &bytes, 4);  // little-endian: the lead byte first
 }
 
 // Writes the UTF-8 form of `c` (utf8Size(c) bytes) at `out`; returns the count.
@@ -43,10 +51,7 @@ inline size_t encodeUtf8(uint32_t c, char* out) {
     return 3;
   }
   if (c > 0x10FFFF) return 0;
-  o[0] = static_cast<uint8_t>(0xF0 | c >> 18);
-  o[1] = static_cast<uint8_t>(0x80 | (c >> 12 & 0x3F));
-  o[2] = static_cast<uint8_t>(0x80 | (c >> 6 & 0x3F));
-  o[3] = static_cast<uint8_t>(0x80 | (c & 0x3F));
+  encodeFourBytes(c, out);
   return 4;
 }
 
@@ -62,6 +67,26 @@ struct Decoded {
 [[gnu::always_inline]] inline Decoded decodeSequence(const uint8_t* p, const uint8_t* end) {
   const uint32_t lead = p[0];
   const size_t available = static_cast<size_t>(end - p);
+  if (available >= 4) {
+    // Four bytes at once (x86-64 is little-endian: p[0] is the low byte); each
+    // test checks the lead's pattern and its continuation bytes together.
+    uint32_t w;
+    std::memcpy(&w, p, 4);
+    if ((w & 0xC0E0) == 0x80C0) {
+      const uint32_t v = (w & 0x1F) << 6 | (w >> 8 & 0x3F);
+      return {v, 2, v >= 0x80};
+    }
+    if ((w & 0xC0C0F0) == 0x8080E0) {
+      const uint32_t v = (w & 0x0F) << 12 | (w >> 2 & 0xFC0) | (w >> 16 & 0x3F);
+      return {v, 3, v >= 0x800};
+    }
+    if ((w & 0xC0C0C0F8) == 0x808080F0) {
+      const uint32_t v =
+          (w & 0x07) << 18 | (w << 4 & 0x3F000) | (w >> 10 & 0xFC0) | (w >> 24 & 0x3F);
+      return {v, 4, v - 0x10000 < 0x100000};
+    }
+    return {0, 1, false};
+  }
   if (lead < 0xE0) {
     if (available >= 2 && isContinuation(p[1])) {
       const uint32_t v = (lead & 0x1F) << 6 | (p[1] & 0x3F);

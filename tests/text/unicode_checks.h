@@ -16,6 +16,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "../../src/text/utf_avx2.h"  // to run the checks with and without the AVX2 paths
 #include "qta/text/unicode.h"
 #include "text/unicode_reference.h"
 
@@ -143,6 +144,24 @@ std::string checkDirection(const Direction<In, Out>& d,
 inline std::string checkValidity(std::string_view input) {
   if (qta::text::isValidUtf8(input) != isValidUtf8(input)) return "validity check differs";
   return "";
+}
+
+// Runs `check` with the AVX2 block converters switched off and then on (where
+// the processor has AVX2), so both the portable and the AVX2 paths are compared
+// with the reference; returns the first problem found, naming the path.
+template <typename Check>
+std::string onEveryPath(Check check) {
+  std::string problem;
+  for (bool avx2 : {false, true}) {
+    qta::text::detail::setAvx2Enabled(avx2);
+    problem = check();
+    if (!problem.empty()) {
+      problem += avx2 ? " (AVX2 path)" : " (portable path)";
+      break;
+    }
+  }
+  qta::text::detail::setAvx2Enabled(true);
+  return problem;
 }
 
 // For the fuzz harnesses: stops the run with the message when a check failed.
