@@ -7,15 +7,12 @@
 namespace qta {
 namespace {
 
-// Created before main() and only read afterwards.
+// Created before main() and only read afterwards. They are not declared const
+// because the non-const accessors hand them out too; callers must not write
+// through those references.
 JSON::root sharedEmptyRoot;
-const JSON::Members sharedEmptyMembers;
-const JSON::Elements sharedEmptyElements;
-
-// The non-const accessors hand out the same shared values; callers must not
-// write through them.
-JSON::Members& mutableEmptyMembers() { return const_cast<JSON::Members&>(sharedEmptyMembers); }
-JSON::Elements& mutableEmptyElements() { return const_cast<JSON::Elements&>(sharedEmptyElements); }
+JSON::Members sharedEmptyMembers;
+JSON::Elements sharedEmptyElements;
 
 }  // namespace
 
@@ -38,10 +35,10 @@ void JSON::append(root) {}
 bool JSON::empty() const { return true; }
 void JSON::reverse() {}
 const JSON::Members& JSON::members() const { return sharedEmptyMembers; }
-JSON::Members& JSON::members() { return mutableEmptyMembers(); }
+JSON::Members& JSON::members() { return sharedEmptyMembers; }
 const JSON::Members& JSON::constMembers() const { return sharedEmptyMembers; }
 const JSON::Elements& JSON::elements() const { return sharedEmptyElements; }
-JSON::Elements& JSON::elements() { return mutableEmptyElements(); }
+JSON::Elements& JSON::elements() { return sharedEmptyElements; }
 std::string JSON::join(const std::string&) const { return std::string(); }
 
 namespace json {
