@@ -17,10 +17,20 @@ void JSONArray::write(std::string& out, int indent) const {
 JSON::root JSONArray::clone() const { return json::detail::cloneTree(*this); }
 
 std::size_t JSONArray::size() const { return Elements::size(); }
-const JSON* JSONArray::at(std::size_t index) const { return (*this)[index].get(); }
-JSON* JSONArray::at(std::size_t index) { return (*this)[index].get(); }
-JSON::root JSONArray::take(std::size_t index) { return std::move((*this)[index]); }
-JSON::root& JSONArray::slot(std::size_t index) { return (*this)[index]; }
+// An index past the end answers as the base class does rather than reading
+// outside the vector.
+const JSON* JSONArray::at(std::size_t index) const {
+  return index < Elements::size() ? (*this)[index].get() : nullptr;
+}
+JSON* JSONArray::at(std::size_t index) {
+  return index < Elements::size() ? (*this)[index].get() : nullptr;
+}
+JSON::root JSONArray::take(std::size_t index) {
+  return index < Elements::size() ? std::move((*this)[index]) : nullptr;
+}
+JSON::root& JSONArray::slot(std::size_t index) {
+  return index < Elements::size() ? (*this)[index] : JSON::slot(index);
+}
 
 JSON* JSONArray::push(root value) {
   push_back(std::move(value));

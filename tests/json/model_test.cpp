@@ -129,6 +129,10 @@ TEST(JSONModel, TakeLeavesHolesThatCloneSkips) {
   JSON::root array = arrayOf(makeNumber(1), makeNumber(2), makeNumber(3));
   EXPECT_EQ(array->take(1)->toNumber(), 2);
   EXPECT_EQ(array->size(), 3u);
+  // Indexes past the end answer like the defaults instead of reading past.
+  EXPECT_EQ(array->at(3), nullptr);
+  EXPECT_EQ(array->take(3), nullptr);
+  EXPECT_EQ(&array->slot(3), &array->emptySlot());
   EXPECT_EQ(array->at(1), nullptr);
   EXPECT_EQ(array->join(","), "1,null,3");
   EXPECT_EQ(text(*array), "[ 1, null, 3 ]");  // a hole is written as null

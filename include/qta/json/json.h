@@ -72,17 +72,18 @@ class JSON {
   virtual void remove(const std::string& key);
   // Array: its length; object: its member count; other kinds 0.
   virtual std::size_t size() const;
-  // Array: the element at `index`, which must be below size(). Others: null.
+  // Array: the element at `index`. Other kinds, and an index past the end: null.
   virtual const JSON* at(std::size_t index) const;
   virtual JSON* at(std::size_t index);
-  // Array: moves the element at `index` (below size()) out and leaves an empty
-  // slot; the length does not change. Other kinds: an empty root.
+  // Array: moves the element at `index` out and leaves an empty slot; the
+  // length does not change. Other kinds, and an index past the end: an empty
+  // root.
   virtual root take(std::size_t index);
   // Object: moves the member's value out and erases the member (an absent key
   // gives an empty root). Other kinds: an empty root.
   virtual root take(const std::string& key);
-  // Array: the owning slot at `index`, which must be below size(). Other
-  // kinds: the shared empty root.
+  // Array: the owning slot at `index`. Other kinds, and an index past the end:
+  // the shared empty root (never assign to it).
   virtual root& slot(std::size_t index);
   // The shared empty root, for every kind: a stand-in slot for code that needs
   // a root reference where a node has none to offer. Never assign to it.
