@@ -18,10 +18,14 @@ constexpr char kDigitPairs[] =
     "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
     "8081828384858687888990919293949596979899";
 
-constexpr std::array<std::uint64_t, 20> kUnsignedPowersOfTen = [] {
-  std::array<std::uint64_t, 20> powers{};
-  std::uint64_t power = 1;
-  for (std::uint64_t& entry : powers) {
+using Wide = unsigned __int128;
+
+constexpr int kMaxScale = 22;  // 10^22 times a 53-bit significand fits in 128 bits
+
+constexpr std::array<Wide, kMaxScale + 1> kPowersOfTen = [] {
+  std::array<Wide, kMaxScale + 1> powers{};
+  Wide power = 1;
+  for (Wide& entry : powers) {
     entry = power;
     power *= 10;
   }
@@ -33,7 +37,7 @@ constexpr std::array<std::uint64_t, 20> kUnsignedPowersOfTen = [] {
 int digitCount(std::uint64_t value) {
   value |= 1;
   const int estimate = (64 - __builtin_clzll(value)) * 1233 >> 12;
-  return estimate + (value >= kUnsignedPowersOfTen[estimate] ? 1 : 0);
+  return estimate + (value >= kPowersOfTen[estimate] ? 1 : 0);
 }
 
 // Writes the decimal digits of `magnitude` at `cursor`, pairs at a time from
@@ -73,22 +77,6 @@ void writeSixteenDigits(std::uint64_t value, char* cursor) {
 
 constexpr std::uint64_t kTenTo15 = 1000000000000000ULL;
 constexpr std::uint64_t kTenTo16 = 10 * kTenTo15;
-
-using Wide = unsigned __int128;
-
-constexpr Wide powerOfTen(int exponent) {
-  Wide power = 1;
-  while (exponent-- > 0) power *= 10;
-  return power;
-}
-
-constexpr int kMaxScale = 22;  // 10^22 times a 53-bit significand fits in 128 bits
-
-constexpr std::array<Wide, kMaxScale + 1> kPowersOfTen = [] {
-  std::array<Wide, kMaxScale + 1> powers{};
-  for (int i = 0; i <= kMaxScale; ++i) powers[i] = powerOfTen(i);
-  return powers;
-}();
 
 // The 16 significant digits of a finite positive double and the decimal
 // exponent of the first: value ~ digits * 10^(exponent - 15).

@@ -111,10 +111,14 @@ void putNumber(TextSink& sink, double value) {
 // containers on an explicit stack instead of the machine stack.
 class TreeWriter {
  public:
-  TreeWriter(std::string& out, int indent) : sink_(out), multiLine_(indent >= 0) {}
+  // A negative `indent` chooses the one-line layout.
+  TreeWriter(std::string& out, int indent)
+      : sink_(out),
+        multiLine_(indent >= 0),
+        topDepth_(multiLine_ ? static_cast<std::size_t>(indent) : 0) {}
 
-  void run(const JSON& top, int indent) {
-    writeValue(&top, multiLine_ ? static_cast<std::size_t>(indent) : 0);
+  void run(const JSON& top) {
+    writeValue(&top, topDepth_);
     while (!open_.empty()) step();
   }
 
@@ -148,9 +152,8 @@ class TreeWriter {
         return sink_.put("false");
       case JSON::Number:
         return putNumber(sink_, static_cast<const JSONNumber*>(value)->value);
-      case JSON::String: {
+      case JSON::String:
         return putString(sink_, *static_cast<const JSONString*>(value));
-      }
       case JSON::Array:
         return sink_.put("[ ]");
       case JSON::Object:
@@ -227,6 +230,7 @@ class TreeWriter {
 
   TextSink sink_;
   const bool multiLine_;
+  const std::size_t topDepth_;
   std::vector<Open> open_;
 };
 
@@ -256,7 +260,7 @@ void writeText(std::string& out, const std::string& text) {
 }
 
 void writeTree(std::string& out, const JSON& value, int indent) {
-  TreeWriter(out, indent).run(value, indent);
+  TreeWriter(out, indent).run(value);
 }
 
 }  // namespace detail
