@@ -1,24 +1,32 @@
 // Iterative teardown, deep copy and comparison of JSON trees.
 #include "json/tree_ops.h"
 
+#include <new>
 #include <utility>
 
 namespace qta::json::detail {
 namespace {
 
-// Moves each child that holds children onto `pending` and destroys the others
-// (scalars and empty containers, whose destructors do not recurse).
-void detachChildren(JSON::Elements& elements, std::vector<JSON::root>& pending) {
-  for (JSON::root& child : elements) {
-    if (child && hasChildren(*child)) pending.push_back(std::move(child));
+// Moves `child` onto `pending` when it holds children of its own. Destructors
+// must not throw: when the work list cannot grow, the child stays where it is
+// and is destroyed recursively with its parent.
+void detachChild(JSON::root& child, std::vector<JSON::root>& pending) noexcept {
+  if (!child || !hasChildren(*child)) return;
+  try {
+    pending.push_back(std::move(child));  // leaves `child` alone if it throws
+  } catch (const std::bad_alloc&) {
   }
+}
+
+// Detaches the children that hold children and destroys the others (scalars
+// and empty containers, whose destructors do not recurse).
+void detachChildren(JSON::Elements& elements, std::vector<JSON::root>& pending) {
+  for (JSON::root& child : elements) detachChild(child, pending);
   elements.clear();
 }
 
 void detachChildren(JSON::Members& members, std::vector<JSON::root>& pending) {
-  for (auto& member : members) {
-    if (member.second && hasChildren(*member.second)) pending.push_back(std::move(member.second));
-  }
+  for (auto& member : members) detachChild(member.second, pending);
   members.clear();
 }
 
