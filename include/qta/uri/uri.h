@@ -64,6 +64,7 @@ class URI {
   URI(std::string scheme, std::string host, uint32_t port);
 
   // Parses `text` into `out`. On failure returns false and leaves `out` empty.
+  // `text` must not point into `out`, which is cleared first.
   static bool parse(std::string_view text, bool templateMode, Data& out);
   // The parsed URI, or nothing when the text is not a valid URI.
   static std::optional<URI> tryParse(std::string_view text, bool templateMode = false);
