@@ -66,8 +66,26 @@ constexpr Expansion makeExpansionTable() {
   return table;
 }
 
+// For eight 16-bit lanes holding a two-byte form each, indexed by the lanes
+// that are ASCII: keep both bytes of the others and only the low byte of these.
+constexpr Expansion makeTwoByteTable() {
+  Expansion table{};
+  for (unsigned ascii = 0; ascii < 256; ++ascii) {
+    unsigned k = 0;
+    for (unsigned lane = 0; lane < 8; ++lane) {
+      table.shuffle[ascii].index[k++] = static_cast<uint8_t>(2 * lane);
+      if ((ascii >> lane & 1) == 0)
+        table.shuffle[ascii].index[k++] = static_cast<uint8_t>(2 * lane + 1);
+    }
+    table.length[ascii] = static_cast<uint8_t>(k);
+    while (k < 16) table.shuffle[ascii].index[k++] = 0x80;
+  }
+  return table;
+}
+
 constexpr std::array<Shuffle, 256> kKeep = makeKeepTable();
 constexpr Expansion kExpand = makeExpansionTable();
+constexpr Expansion kTwoBytes = makeTwoByteTable();
 
 __attribute__((target("avx2"))) inline __m256i shuffles(const Shuffle& low, const Shuffle& high) {
   return _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(high.index),
@@ -188,6 +206,35 @@ __attribute__((target("avx2"))) inline bool hasSurrogates(const char16_t* p) {
   return _mm_movemask_epi8(_mm_cmpeq_epi16(top5, _mm_set1_epi16(static_cast<short>(0xD800)))) != 0;
 }
 
+// Sixteen units all below 0x800 (Cyrillic, Greek, Arabic, Hebrew and ASCII):
+// writes their UTF-8 form and returns its length, or returns 0 when some unit
+// is from 0x800 up. Stores reach 16 bytes past the second half's start, so
+// the output still to come must cover 8 bytes beyond the block.
+__attribute__((target("avx2"))) inline size_t belowU800(const char16_t* p, char* out) {
+  const __m256i u = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+  const __m256i zero = _mm256_setzero_si256();
+  const __m256i wide = _mm256_and_si256(u, _mm256_set1_epi16(static_cast<short>(0xF800)));
+  if (_mm256_movemask_epi8(_mm256_cmpeq_epi16(wide, zero)) != -1) return 0;
+  const __m256i ascii =
+      _mm256_cmpeq_epi16(_mm256_and_si256(u, _mm256_set1_epi16(static_cast<short>(0xFF80))), zero);
+  // Each lane holds the lead byte below and the continuation byte above.
+  const __m256i two = _mm256_or_si256(
+      _mm256_or_si256(_mm256_srli_epi16(u, 6),
+                      _mm256_slli_epi16(_mm256_and_si256(u, _mm256_set1_epi16(0x3F)), 8)),
+      _mm256_set1_epi16(static_cast<short>(0x80C0)));
+  const __m256i lanes = _mm256_blendv_epi8(two, u, ascii);
+  // One bit per unit: the packed mask repeats each half's 8 bits.
+  const auto mask = static_cast<unsigned>(_mm256_movemask_epi8(_mm256_packs_epi16(ascii, ascii)));
+  const unsigned low = mask & 0xFF;
+  const unsigned high = mask >> 16 & 0xFF;
+  const __m256i packed =
+      _mm256_shuffle_epi8(lanes, shuffles(kTwoBytes.shuffle[low], kTwoBytes.shuffle[high]));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(packed));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + kTwoBytes.length[low]),
+                   _mm256_extracti128_si256(packed, 1));
+  return kTwoBytes.length[low] + kTwoBytes.length[high];
+}
+
 // Sixteen units that are eight surrogate pairs: writes their 32 UTF-8 bytes.
 __attribute__((target("avx2"))) inline bool surrogatePairs(const char16_t* p, char* out) {
   // Each 32-bit lane holds one pair: the high surrogate below, the low one above.
@@ -242,6 +289,11 @@ __attribute__((target("avx2"))) size_t encodeBlocksAvx2(const char16_t*& src, co
       continue;
     }
     if (hasSurrogates(p) || hasSurrogates(p + 8) || hasSurrogates(p + 16)) break;
+    if (const size_t bytes = belowU800(p, out + written); bytes != 0) {
+      p += 16;
+      written += bytes;
+      continue;
+    }
 
     const __m256i u = _mm256_cvtepu16_epi32(loadBytes(p));
     const __m256i from80 = _mm256_cmpgt_epi32(u, _mm256_set1_epi32(0x7F));
