@@ -88,10 +88,13 @@ bool appendPercentDecoded(std::string& out, std::string_view text, bool template
 
 void appendNormalized(std::string& out, std::string_view text, const CharSet& decodeSet,
                       const CharSet& keepSet, bool templateMode) {
-  const CharSet literal = decodeSet | keepSet;
-  const CharSet plain = kUnreserved | literal;
+  const auto isLiteral = [&](unsigned char c) {
+    return decodeSet.contains(c) || keepSet.contains(c);
+  };
   // "%" is never copied in a run: it may begin an escape.
-  const auto isPlain = [&](unsigned char c) { return c != '%' && plain.contains(c); };
+  const auto isPlain = [&](unsigned char c) {
+    return kUnreserved.contains(c) || (c != '%' && isLiteral(c));
+  };
   rewrite(out, text, templateMode, isPlain, [&](std::string& to, size_t pos) {
     const unsigned char c = static_cast<unsigned char>(text[pos]);
     const int byte = escapeAt(text, pos);
@@ -104,7 +107,7 @@ void appendNormalized(std::string& out, std::string_view text, const CharSet& de
       }
       return pos + 3;
     }
-    if (literal.contains(c)) {
+    if (isLiteral(c)) {
       to += static_cast<char>(c);
     } else {
       appendEscaped(to, c);
@@ -115,9 +118,9 @@ void appendNormalized(std::string& out, std::string_view text, const CharSet& de
 
 void appendPercentEncoded(std::string& out, std::string_view text, const CharSet& keepSet,
                           bool templateMode) {
-  const CharSet plain = kUnreserved | keepSet;
   rewrite(
-      out, text, templateMode, [&](unsigned char c) { return plain.contains(c); },
+      out, text, templateMode,
+      [&](unsigned char c) { return kUnreserved.contains(c) || keepSet.contains(c); },
       [&](std::string& to, size_t pos) {
         appendEscaped(to, static_cast<unsigned char>(text[pos]));
         return pos + 1;

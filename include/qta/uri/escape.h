@@ -15,13 +15,13 @@
 #define QTA_URI_ESCAPE_H_
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace qta::uri {
 
-// A set of byte values, usable in constant expressions.
+// A set of byte values, usable in constant expressions. A table of 256 flags
+// makes the membership test one load in the escaping loops.
 class CharSet {
  public:
   constexpr CharSet() = default;
@@ -29,17 +29,17 @@ class CharSet {
     for (char c : chars) add(static_cast<unsigned char>(c));
   }
 
-  constexpr bool contains(unsigned char c) const { return (bits_[c >> 6] >> (c & 63)) & 1; }
-  constexpr void add(unsigned char c) { bits_[c >> 6] |= uint64_t{1} << (c & 63); }
+  constexpr bool contains(unsigned char c) const { return members_[c]; }
+  constexpr void add(unsigned char c) { members_[c] = true; }
 
   constexpr CharSet operator|(const CharSet& other) const {
     CharSet both;
-    for (int i = 0; i < 4; ++i) both.bits_[i] = bits_[i] | other.bits_[i];
+    for (int i = 0; i < 256; ++i) both.members_[i] = members_[i] || other.members_[i];
     return both;
   }
 
  private:
-  uint64_t bits_[4] = {};
+  bool members_[256] = {};
 };
 
 // Letters, digits, "-", ".", "_", "~": never escaped, decoded when escaped.
