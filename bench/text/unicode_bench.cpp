@@ -1,12 +1,13 @@
 // UTF-8 to UTF-16, UTF-16 to UTF-8, UTF-8 to UTF-32 and the UTF-8 validity
-// check beside ICU, utfcpp, glib, iconv and a plain copy, on the text corpora
-// plus a pure ASCII text. Converters write into a buffer allocated once per
+// check beside ICU, utfcpp, glib, iconv and a plain copy, on the text corpora,
+// a pure ASCII text and two short 32-byte pieces. Converters write into a buffer allocated once per
 // benchmark, except glib's, which only return newly allocated strings. Bytes
 // processed are the UTF-8 size of the corpus in every direction, so the MB/s
 // of one corpus compare across directions.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -242,6 +243,16 @@ void registerCorpus(const std::string& corpus, const std::string& utf8) {
   registerValidation(corpus, utf8);
 }
 
+// The first `size` bytes of `text` or fewer, ending before a lead byte so that
+// no sequence is cut: the size of a JSON key or a short string value.
+std::string shortPiece(const std::string& text, size_t size) {
+  size_t end = std::min(size, text.size());
+  while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+    --end;
+  }
+  return text.substr(0, end);
+}
+
 bool registerAll() {
   const std::pair<const char*, const char*> corpora[] = {
       {"english", "wikipedia_mars-english.utf8.txt"},
@@ -264,7 +275,9 @@ bool registerAll() {
         if (static_cast<unsigned char>(c) < 0x80) ascii.push_back(c);
       }
       registerCorpus("ascii", ascii);
+      registerCorpus("english_32B", shortPiece(text, 32));
     }
+    if (std::string(name) == "russian") registerCorpus("russian_32B", shortPiece(text, 32));
     registerCorpus(name, text);
   }
   return true;

@@ -55,6 +55,25 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
       }
       scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
     }
+    // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
+    // text) in a tight loop, up to where the block converter may take over.
+    const uint8_t* const runEnd = blocks && end - p >= 48 ? scalarUntil : end;
+    const uint8_t* const runStart = p;
+    while (runEnd - p >= 2 && written < capacity) {
+      const uint32_t b0 = p[0];
+      const uint32_t b1 = p[1];
+      if (b0 < 0x80) {
+        if (b1 < 0x80) break;  // an ASCII run: the block copy above does it faster
+        dst[written++] = static_cast<Unit>(b0);
+        ++p;
+      } else if (b0 - 0xC2 < 0x1E && detail::isContinuation(static_cast<uint8_t>(b1))) {
+        dst[written++] = static_cast<Unit>((b0 & 0x1F) << 6 | (b1 & 0x3F));
+        p += 2;
+      } else {
+        break;
+      }
+    }
+    if (p != runStart) continue;
     if (lead < 0xC0) {  // stray continuation byte
       ++p;
       continue;

@@ -47,6 +47,24 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
         }
         scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
       }
+      // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
+      // loop, up to where the block converter may take over.
+      const Unit* const runEnd = blocks && end - p >= 24 ? scalarUntil : end;
+      const Unit* const runStart = p;
+      while (runEnd - p >= 2 && capacity - written >= 2) {
+        const uint32_t u = p[0];
+        if (u < 0x80) {
+          if (p[1] < 0x80) break;  // an ASCII run: the block copy above does it faster
+          dst[written++] = static_cast<char>(u);
+        } else if (u < 0x800) {
+          dst[written++] = static_cast<char>(0xC0 | u >> 6);
+          dst[written++] = static_cast<char>(0x80 | (u & 0x3F));
+        } else {
+          break;
+        }
+        ++p;
+      }
+      if (p != runStart) continue;
       if (detail::isHighSurrogate(c) && end - p >= 2 && detail::isLowSurrogate(p[1])) {
         if (capacity - written < 4) break;
         detail::encodeFourBytes(0x10000 + ((c & 0x3FF) << 10 | (p[1] & 0x3FFu)), dst + written);
