@@ -44,11 +44,18 @@ inline __m128i blockErrors(const uint8_t* p, __m128i b0) {
 bool isValidUtf8(std::string_view src) {
   const auto* p = reinterpret_cast<const uint8_t*>(src.data());
   const uint8_t* end = p + src.size();
-  // Whole blocks while the three bytes after the block are there too.
-  while (static_cast<size_t>(end - p) >= kBlock + 3) {
-    const __m128i b0 = detail::loadBytes(p);
-    if (detail::highBits(b0) != 0 && _mm_movemask_epi8(blockErrors(p, b0)) != 0) return false;
-    p += kBlock;
+  const auto blockIsValid = [](const uint8_t* at) {
+    const __m128i b0 = detail::loadBytes(at);
+    return detail::highBits(b0) == 0 || _mm_movemask_epi8(blockErrors(at, b0)) == 0;
+  };
+  if (src.size() >= kBlock + 3) {
+    // Whole blocks while the three bytes after the block are there too, then
+    // one block overlapping the last, so only the final three bytes are left.
+    for (; static_cast<size_t>(end - p) >= kBlock + 3; p += kBlock) {
+      if (!blockIsValid(p)) return false;
+    }
+    if (!blockIsValid(end - (kBlock + 3))) return false;
+    p = end - 3;
   }
   while (p < end) {
     if (*p < 0xC0) {  // ASCII or a stray continuation byte
