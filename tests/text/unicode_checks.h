@@ -16,7 +16,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "../../src/text/utf_avx2.h"  // to run the checks with and without the AVX2 paths
+#include "text/utf_avx2.h"  // to run the checks with and without the AVX2 paths
 #include "qta/text/unicode.h"
 #include "text/unicode_reference.h"
 
