@@ -46,11 +46,11 @@ class RatioReporter : public benchmark::ConsoleReporter {
     const std::string group = slash == std::string::npos ? full : full.substr(0, slash);
     Measurement measurement;
     measurement.implementation = slash == std::string::npos ? "?" : full.substr(slash + 1);
-    measurement.nanoseconds = run.GetAdjustedRealTime() *
-                              (run.time_unit == benchmark::kNanosecond    ? 1.0
-                               : run.time_unit == benchmark::kMicrosecond ? 1e3
-                               : run.time_unit == benchmark::kMillisecond ? 1e6
-                                                                          : 1e9);
+    measurement.nanoseconds =
+        run.GetAdjustedRealTime() * (run.time_unit == benchmark::kNanosecond    ? 1.0
+                                     : run.time_unit == benchmark::kMicrosecond ? 1e3
+                                     : run.time_unit == benchmark::kMillisecond ? 1e6
+                                                                                : 1e9);
     for (const auto& [name, counter] : run.counters) {
       if (name == "bytes_per_second") {
         measurement.bytesPerSecond = counter.value;

@@ -14,7 +14,8 @@ TEST(QtatoolCli, HelpAndVersionSucceed) {
 }
 
 TEST(QtatoolCli, UsageErrorsExitWithTwo) {
-  for (const auto& args : std::vector<std::vector<std::string>>{{}, {"no-such-command"}, {"demo", "extra"}}) {
+  for (const auto& args :
+       std::vector<std::vector<std::string>>{{}, {"no-such-command"}, {"demo", "extra"}}) {
     const ToolResult result = runTool(args);
     EXPECT_EQ(result.status, 2) << (args.empty() ? "(none)" : args[0]);
     EXPECT_FALSE(result.err.empty());

@@ -35,7 +35,8 @@ class TempFile {
     return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
   }
   void write(const std::string& text) const {
-    std::ofstream(path_, std::ios::binary).write(text.data(), static_cast<std::streamsize>(text.size()));
+    std::ofstream(path_, std::ios::binary)
+        .write(text.data(), static_cast<std::streamsize>(text.size()));
   }
 
  private:

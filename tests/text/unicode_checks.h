@@ -16,9 +16,9 @@
 #include <string_view>
 #include <type_traits>
 
-#include "text/utf_avx2.h"  // to run the checks with and without the AVX2 paths
 #include "qta/text/unicode.h"
 #include "text/unicode_reference.h"
+#include "text/utf_avx2.h"  // to run the checks with and without the AVX2 paths
 
 namespace unicoderef {
 
