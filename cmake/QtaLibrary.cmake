@@ -37,5 +37,6 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/qtaConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/qtaConfig.cmake ${PROJECT_BINARY_DIR}/qtaConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/qta)
 
+file(RELATIVE_PATH QTA_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/qta.pc.in ${PROJECT_BINARY_DIR}/qta.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qta.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
