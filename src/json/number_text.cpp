@@ -165,6 +165,27 @@ char* writeGeneral(const Decimal16& decimal, char* cursor) {
   return cursor;
 }
 
+// Writes a magnitude that formatNumber() does not print as a whole number:
+// NaN, an infinity, a fraction or a number of 1e16 and above. Kept out of line
+// so that the common whole-number path needs no saved registers.
+[[gnu::noinline]] char* writeNotWhole(double magnitude, char* cursor) {
+  if (std::isnan(magnitude)) {
+    std::memcpy(cursor, "nan", 3);
+    return cursor + 3;
+  }
+  if (std::isinf(magnitude)) {
+    std::memcpy(cursor, "inf", 3);
+    return cursor + 3;
+  }
+  Decimal16 decimal;
+  if (toDecimal16(magnitude, decimal)) return writeGeneral(decimal, cursor);
+  // to_chars with a precision rounds exactly as printf does and prints the
+  // same "%g" layout, without consulting the locale.
+  return std::to_chars(cursor, cursor + kNumberTextMax - 1, magnitude, std::chars_format::general,
+                       16)
+      .ptr;
+}
+
 // The C locale, made once and freed at exit, for scanning numbers.
 class CLocale {
  public:
@@ -205,30 +226,16 @@ std::size_t formatNumber(double value, char* buffer) {
   char* cursor = buffer;
   if (std::signbit(value)) *cursor++ = '-';
   const double magnitude = std::fabs(value);
-  if (std::isnan(value)) {
-    std::memcpy(cursor, "nan", 3);
-    return static_cast<std::size_t>(cursor + 3 - buffer);
-  }
-  if (std::isinf(value)) {
-    std::memcpy(cursor, "inf", 3);
-    return static_cast<std::size_t>(cursor + 3 - buffer);
-  }
-  // Whole numbers below 1e16 have at most 16 digits: "%.16g" prints them plainly.
+  // Whole numbers below 1e16 have at most 16 digits: "%.16g" prints them
+  // plainly. NaN and the infinities fail the first test.
   if (magnitude < 1e16) {
-    const auto whole = static_cast<std::uint64_t>(magnitude);
+    const auto whole = static_cast<std::int64_t>(magnitude);
     if (static_cast<double>(whole) == magnitude) {
-      return static_cast<std::size_t>(writeUnsigned(whole, cursor) - buffer);
+      return static_cast<std::size_t>(writeUnsigned(static_cast<std::uint64_t>(whole), cursor) -
+                                      buffer);
     }
   }
-  Decimal16 decimal;
-  if (toDecimal16(magnitude, decimal)) {
-    return static_cast<std::size_t>(writeGeneral(decimal, cursor) - buffer);
-  }
-  // to_chars with a precision rounds exactly as printf does and prints the
-  // same "%g" layout, without consulting the locale.
-  const auto result =
-      std::to_chars(cursor, buffer + kNumberTextMax, magnitude, std::chars_format::general, 16);
-  return static_cast<std::size_t>(result.ptr - buffer);
+  return static_cast<std::size_t>(writeNotWhole(magnitude, cursor) - buffer);
 }
 
 double scanNumber(const std::string& text) {
