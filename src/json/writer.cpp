@@ -39,14 +39,28 @@ bool hasSpecialByte(std::uint64_t word) {
   return (controls | zeroBytes(word ^ (kOnes * '"')) | zeroBytes(word ^ (kOnes * '\\'))) != 0;
 }
 
+template <typename Word>
+Word load(const char* from) {
+  Word word;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
 // The length of the leading run of `[text, end)` that needs no escaping.
+// Plain text, the usual case, is recognised without a byte loop: the last
+// bytes are tested as the word that ends at the end (overlapping bytes tested
+// before), and text of four to seven bytes as two overlapping halves of one
+// word.
 std::size_t plainRun(const char* text, const char* end) {
+  const auto size = static_cast<std::size_t>(end - text);
   const char* cursor = text;
-  while (end - cursor >= 8) {
-    std::uint64_t word;
-    std::memcpy(&word, cursor, 8);
-    if (hasSpecialByte(word)) break;
-    cursor += 8;
+  if (size >= 8) {
+    while (end - cursor > 8 && !hasSpecialByte(load<std::uint64_t>(cursor))) cursor += 8;
+    if (end - cursor <= 8 && !hasSpecialByte(load<std::uint64_t>(end - 8))) return size;
+  } else if (size >= 4) {
+    const std::uint64_t halves =
+        load<std::uint32_t>(text) | std::uint64_t{load<std::uint32_t>(end - 4)} << 32;
+    if (!hasSpecialByte(halves)) return size;
   }
   while (cursor != end && !kSpecial[static_cast<unsigned char>(*cursor)]) ++cursor;
   return static_cast<std::size_t>(cursor - text);

@@ -95,6 +95,23 @@ TEST(JSONWriter, EscapesStrings) {
   }
 }
 
+TEST(JSONWriter, FindsAnEscapeAtEveryPositionOfShortAndMediumText) {
+  // The plain-text scan tests whole and overlapping words; a byte to escape
+  // must be found wherever it sits, in text of every length around them.
+  for (std::size_t size = 1; size <= 25; ++size) {
+    for (std::size_t at = 0; at < size; ++at) {
+      for (const char special : {'"', '\\', '\x1f'}) {
+        std::string text(size, 'a');
+        text[at] = special;
+        std::string expected = "\"" + std::string(at, 'a');
+        expected += special == '\x1f' ? "\\u001F" : std::string{'\\', special};
+        expected += std::string(size - at - 1, 'a') + "\"";
+        EXPECT_EQ(json::toJSONText(JSONString(text)), expected) << size << " " << at;
+      }
+    }
+  }
+}
+
 TEST(JSONWriter, ManySmallAppendsToOneStringStayCheap) {
   // Each append must cost its own length, not the length of the whole string.
   std::string out;
