@@ -40,12 +40,24 @@ int digitCount(std::uint64_t value) {
   return estimate + (value >= kPowersOfTen[estimate] ? 1 : 0);
 }
 
-// Writes the decimal digits of `magnitude` at `cursor`, pairs at a time from
-// the last one back; returns the new end.
+// Writes exactly 4 digits of `value` (below 10^4) at `cursor`.
+void writeFourDigits(std::uint32_t value, char* cursor) {
+  std::memcpy(cursor, kDigitPairs + value / 100 * 2, 2);
+  std::memcpy(cursor + 2, kDigitPairs + value % 100 * 2, 2);
+}
+
+// Writes the decimal digits of `magnitude` at `cursor`, four at a time from
+// the last one back (each step's division by 10^4 waits only for the one
+// before, not for the digits), then the one to four left; returns the new end.
 char* writeUnsigned(std::uint64_t magnitude, char* cursor) {
   char* const end = cursor + digitCount(magnitude);
   char* digit = end;
-  while (magnitude >= 100) {
+  while (magnitude >= 10000) {
+    digit -= 4;
+    writeFourDigits(static_cast<std::uint32_t>(magnitude % 10000), digit);
+    magnitude /= 10000;
+  }
+  if (magnitude >= 100) {
     digit -= 2;
     std::memcpy(digit, kDigitPairs + magnitude % 100 * 2, 2);
     magnitude /= 100;
@@ -56,12 +68,6 @@ char* writeUnsigned(std::uint64_t magnitude, char* cursor) {
     digit[-1] = static_cast<char>('0' + magnitude);
   }
   return end;
-}
-
-// Writes exactly 4 digits of `value` (below 10^4) at `cursor`.
-void writeFourDigits(std::uint32_t value, char* cursor) {
-  std::memcpy(cursor, kDigitPairs + value / 100 * 2, 2);
-  std::memcpy(cursor + 2, kDigitPairs + value % 100 * 2, 2);
 }
 
 // Writes exactly 16 digits of `value` (below 10^16) at `cursor`, in four
