@@ -1,6 +1,8 @@
 // An append-only cursor into a std::string for the JSON writer: appends are
 // plain copies into room made ahead, instead of a capacity check and call per
-// append. The string's size is set back to the text written when the sink is
+// append. The sink keeps its own pointers to the next byte and the end of the
+// room, so an append loads neither the string's size nor its data pointer.
+// The string's size is set back to the text written when the sink is
 // destroyed, on every path.
 #ifndef QTA_JSON_TEXT_SINK_H_
 #define QTA_JSON_TEXT_SINK_H_
@@ -16,26 +18,27 @@ namespace qta::json::detail {
 
 class TextSink {
  public:
-  explicit TextSink(std::string& out) : out_(out), start_(out.size()), used_(start_) {}
-  ~TextSink() { out_.resize(used_); }
+  explicit TextSink(std::string& out)
+      : out_(out), start_(out.size()), next_(out.data() + start_), end_(next_) {}
+  ~TextSink() { out_.resize(used()); }
   TextSink(const TextSink&) = delete;
   TextSink& operator=(const TextSink&) = delete;
 
   // Makes room for `count` more bytes; returns where they go. Commit them
   // with advance().
   char* room(std::size_t count) {
-    if (out_.size() - used_ < count) grow(count);
-    return out_.data() + used_;
+    if (static_cast<std::size_t>(end_ - next_) < count) grow(count);
+    return next_;
   }
-  void advance(std::size_t count) { used_ += count; }
+  void advance(std::size_t count) { next_ += count; }
 
   void put(char c) {
     *room(1) = c;
-    ++used_;
+    ++next_;
   }
   void put(const char* text, std::size_t count) {
     copy(room(count), text, count);
-    used_ += count;
+    next_ += count;
   }
   template <std::size_t N>
   void put(const char (&literal)[N]) {
@@ -52,7 +55,7 @@ class TextSink {
 
   void repeat(char c, std::size_t count) {
     std::memset(room(count), c, count);
-    used_ += count;
+    next_ += count;
   }
 
  private:
@@ -83,18 +86,25 @@ class TextSink {
   // short append zero-fills little and a long one grows geometrically (the
   // string's own capacity doubles underneath).
   [[gnu::noinline]] void grow(std::size_t count) {
+    const std::size_t used = this->used();
     const std::size_t limit = out_.max_size();
-    if (count > limit - used_) throw std::length_error("basic_string::append");
-    const std::size_t needed = used_ + count;
-    const std::size_t slack = std::max({used_ - start_, count, kMinimumSlack});
+    if (count > limit - used) throw std::length_error("basic_string::append");
+    const std::size_t needed = used + count;
+    const std::size_t slack = std::max({used - start_, count, kMinimumSlack});
     out_.resize(slack > limit - needed ? limit : needed + slack);
+    next_ = out_.data() + used;
+    end_ = out_.data() + out_.size();
   }
+
+  // The size of the string with the text written so far.
+  std::size_t used() const { return static_cast<std::size_t>(next_ - out_.data()); }
 
   static constexpr std::size_t kMinimumSlack = 64;
 
   std::string& out_;
   const std::size_t start_;  // the size of the string before this sink
-  std::size_t used_;
+  char* next_;               // where the next byte goes
+  char* end_;                // the end of the room made so far
 };
 
 }  // namespace qta::json::detail
