@@ -2,6 +2,7 @@
 
 #include <locale.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -171,25 +172,27 @@ char* writeGeneral(const Decimal16& decimal, char* cursor) {
   return cursor;
 }
 
-// Writes a magnitude that formatNumber() does not print as a whole number:
-// NaN, an infinity, a fraction or a number of 1e16 and above. Kept out of line
-// so that the common whole-number path needs no saved registers.
-[[gnu::noinline]] char* writeNotWhole(double magnitude, char* cursor) {
-  if (std::isnan(magnitude)) {
-    std::memcpy(cursor, "nan", 3);
-    return cursor + 3;
-  }
-  if (std::isinf(magnitude)) {
-    std::memcpy(cursor, "inf", 3);
-    return cursor + 3;
-  }
+// Finishes formatNumber() for a magnitude that is not printed as a whole
+// number (NaN, an infinity, a fraction or a number of 1e16 and above) at
+// `cursor`, after the sign at `buffer`; returns the length of the text. Kept
+// out of line, and reached by a tail call, so that the common whole-number
+// path needs no saved registers.
+[[gnu::noinline]] std::size_t formatNotWhole(double magnitude, char* buffer, char* cursor) {
+  char* end;
   Decimal16 decimal;
-  if (toDecimal16(magnitude, decimal)) return writeGeneral(decimal, cursor);
-  // to_chars with a precision rounds exactly as printf does and prints the
-  // same "%g" layout, without consulting the locale.
-  return std::to_chars(cursor, cursor + kNumberTextMax - 1, magnitude, std::chars_format::general,
-                       16)
-      .ptr;
+  if (std::isnan(magnitude)) {
+    end = std::copy_n("nan", 3, cursor);
+  } else if (std::isinf(magnitude)) {
+    end = std::copy_n("inf", 3, cursor);
+  } else if (toDecimal16(magnitude, decimal)) {
+    end = writeGeneral(decimal, cursor);
+  } else {
+    // to_chars with a precision rounds exactly as printf does and prints the
+    // same "%g" layout, without consulting the locale.
+    end = std::to_chars(cursor, buffer + kNumberTextMax, magnitude, std::chars_format::general, 16)
+              .ptr;
+  }
+  return static_cast<std::size_t>(end - buffer);
 }
 
 // The C locale, made once and freed at exit, for scanning numbers.
@@ -241,7 +244,7 @@ std::size_t formatNumber(double value, char* buffer) {
                                       buffer);
     }
   }
-  return static_cast<std::size_t>(writeNotWhole(magnitude, cursor) - buffer);
+  return formatNotWhole(magnitude, buffer, cursor);
 }
 
 double scanNumber(const std::string& text) {
