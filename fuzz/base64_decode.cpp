@@ -8,6 +8,7 @@
 
 #include "qta/text/base64.h"
 #include "text/base64_reference.h"
+#include "text/cpu_features.h"
 
 namespace {
 
@@ -19,9 +20,7 @@ std::string_view asText(const std::vector<uint8_t>& bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+void checkOnePath(const uint8_t* data, size_t size) {
   using namespace qta::text;
   const auto* text = reinterpret_cast<const char*>(data);
   const std::string_view view(text, size);
@@ -33,5 +32,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string url = base64UrlDecodeToString(text, size);
   check(url == base64ref::decodeUrl(view));
   check(asText(base64UrlDecode(text, size)) == url);
+}
+
+}  // namespace
+
+// Both the portable and the AVX2 kernels must pass on every input.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  for (bool avx2 : {false, true}) {
+    qta::text::detail::setAvx2Enabled(avx2);
+    checkOnePath(data, size);
+  }
   return 0;
 }

@@ -7,6 +7,7 @@
 
 #include "qta/text/base64.h"
 #include "text/base64_reference.h"
+#include "text/cpu_features.h"
 
 namespace {
 
@@ -14,9 +15,7 @@ void check(bool ok) {
   if (!ok) std::abort();
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+void checkOnePath(const uint8_t* data, size_t size) {
   using namespace qta::text;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
 
@@ -27,5 +26,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string url = base64UrlEncode(data, size);
   check(url == base64ref::encodeUrl(bytes));
   check(base64UrlDecodeToString(url) == bytes);
+}
+
+}  // namespace
+
+// Both the portable and the AVX2 kernels must pass on every input.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  for (bool avx2 : {false, true}) {
+    qta::text::detail::setAvx2Enabled(avx2);
+    checkOnePath(data, size);
+  }
   return 0;
 }

@@ -6,6 +6,7 @@
 #include "text/base64_alphabet.h"
 #include "text/base64_avx2.h"
 #include "text/base64_scalar.h"
+#include "text/cpu_features.h"
 
 namespace qta::text {
 namespace {
@@ -14,24 +15,14 @@ using base64::Alphabet;
 
 constexpr size_t kLocalScratch = 1024;
 
-// Checked once; a function-local static so that callers running during
-// static initialisation get a correct answer too.
-bool hasAvx2() {
-  static const bool kHasAvx2 = [] {
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2") != 0;
-  }();
-  return kHasAvx2;
-}
-
 size_t firstSkipped(const char* text, size_t size, const Alphabet& alphabet) {
-  return hasAvx2() ? base64::firstSkippedAvx2(text, size, alphabet)
-                   : base64::firstSkippedScalar(text, size, alphabet);
+  return detail::avx2Enabled() ? base64::firstSkippedAvx2(text, size, alphabet)
+                               : base64::firstSkippedScalar(text, size, alphabet);
 }
 
 size_t filter(const char* text, size_t size, char* out, const Alphabet& alphabet) {
-  return hasAvx2() ? base64::filterAvx2(text, size, out, alphabet)
-                   : base64::filterScalar(text, size, out, alphabet);
+  return detail::avx2Enabled() ? base64::filterAvx2(text, size, out, alphabet)
+                               : base64::filterScalar(text, size, out, alphabet);
 }
 
 bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
@@ -44,7 +35,8 @@ bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
 std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
   std::string text(base64::encodedLength(size, alphabet.padded), '\0');
   const auto* bytes = static_cast<const uint8_t*>(data);
-  const size_t done = hasAvx2() ? base64::encodeAvx2(bytes, size, text.data(), alphabet) : 0;
+  const size_t done =
+      detail::avx2Enabled() ? base64::encodeAvx2(bytes, size, text.data(), alphabet) : 0;
   base64::encodeScalar(bytes + done, size - done, text.data() + done / 3 * 4, alphabet);
   return text;
 }
@@ -55,7 +47,7 @@ template <typename Out>
 Out decodeKept(const char* kept, size_t size, const Alphabet& alphabet) {
   Out out(base64::decodedLength(size), 0);
   auto* bytes = reinterpret_cast<uint8_t*>(out.data());
-  const size_t done = hasAvx2() ? base64::decodeAvx2(kept, size, bytes, alphabet) : 0;
+  const size_t done = detail::avx2Enabled() ? base64::decodeAvx2(kept, size, bytes, alphabet) : 0;
   base64::decodeScalar(kept + done, size - done, bytes + done / 4 * 3, alphabet);
   return out;
 }

@@ -9,19 +9,11 @@
 #include <immintrin.h>
 
 #include <array>
-#include <atomic>
 
 #include "text/utf_blocks.h"
 
 namespace qta::text::detail {
 namespace {
-
-bool cpuHasAvx2() {
-  __builtin_cpu_init();  // may run before the runtime's own initialisation
-  return __builtin_cpu_supports("avx2") != 0;
-}
-
-std::atomic<bool> useAvx2{cpuHasAvx2()};
 
 struct alignas(16) Shuffle {
   uint8_t index[16];
@@ -258,12 +250,6 @@ __attribute__((target("avx2"))) inline bool surrogatePairs(const char16_t* p, ch
 }
 
 }  // namespace
-
-bool avx2Enabled() { return useAvx2.load(std::memory_order_relaxed); }
-
-void setAvx2Enabled(bool enabled) {
-  useAvx2.store(enabled && cpuHasAvx2(), std::memory_order_relaxed);
-}
 
 size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char16_t* out, size_t room) {
   return decodeBlocks(p, end, out, room);

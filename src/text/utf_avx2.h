@@ -8,12 +8,9 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace qta::text::detail {
+#include "text/cpu_features.h"  // callers ask avx2Enabled() before using these
 
-// True when the processor has AVX2 and the block converters are switched on
-// (they are by default; tests switch them off to cover the portable path).
-bool avx2Enabled();
-void setAvx2Enabled(bool enabled);
+namespace qta::text::detail {
 
 // UTF-8 to UTF-16 or UTF-32 over blocks of 16 bytes that are either four
 // four-byte sequences or free of bytes 0xF0 and up, while at least 48 bytes

@@ -1,5 +1,6 @@
-// The vectorised codec against the plain reference on generated inputs of
-// every length around the vector block sizes. Inputs sit in heap buffers of
+// The codec against the plain reference on generated inputs of every length
+// around the vector block sizes, once on the portable path and once on the
+// AVX2 path (where the processor has it). Inputs sit in heap buffers of
 // exactly their length, so the sanitizer build catches any read past the end.
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 
 #include "qta/text/base64.h"
 #include "text/base64_reference.h"
+#include "text/cpu_features.h"
 
 namespace qta::text {
 namespace {
@@ -46,6 +48,18 @@ std::string randomBytes(std::mt19937& rng, size_t size) {
   return bytes;
 }
 
+// The parameter says whether the AVX2 kernels may run.
+class Base64Differential : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override { detail::setAvx2Enabled(GetParam()); }
+  void TearDown() override { detail::setAvx2Enabled(true); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Paths, Base64Differential, testing::Values(false, true),
+                         [](const testing::TestParamInfo<bool>& info) {
+                           return info.param ? "Avx2" : "Portable";
+                         });
+
 // Lengths that cover every remainder around the 24-, 32- and 64-byte blocks.
 std::vector<size_t> testLengths() {
   std::vector<size_t> lengths;
@@ -54,7 +68,7 @@ std::vector<size_t> testLengths() {
   return lengths;
 }
 
-TEST(Base64Differential, EncodesLikeReferenceAndRoundTrips) {
+TEST_P(Base64Differential, EncodesLikeReferenceAndRoundTrips) {
   std::mt19937 rng(1);
   for (size_t size : testLengths()) {
     const std::string bytes = randomBytes(rng, size);
@@ -68,7 +82,7 @@ TEST(Base64Differential, EncodesLikeReferenceAndRoundTrips) {
   }
 }
 
-TEST(Base64Differential, DecodesMixedTextLikeReference) {
+TEST_P(Base64Differential, DecodesMixedTextLikeReference) {
   // Each profile draws characters from its pool; the pools mix both
   // alphabets with padding, white space, NUL and high bytes in different
   // densities, from nearly clean to mostly noise.
@@ -86,7 +100,7 @@ TEST(Base64Differential, DecodesMixedTextLikeReference) {
   }
 }
 
-TEST(Base64Differential, DecodesLineBrokenAndPaddedText) {
+TEST_P(Base64Differential, DecodesLineBrokenAndPaddedText) {
   std::mt19937 rng(3);
   for (size_t size : {0, 1, 2, 56, 57, 58, 1000, 4096, 65536}) {
     const std::string encoded = base64ref::encodeStandard(randomBytes(rng, size));
@@ -100,7 +114,7 @@ TEST(Base64Differential, DecodesLineBrokenAndPaddedText) {
   }
 }
 
-TEST(Base64Differential, OneSkippedByteAtEveryPosition) {
+TEST_P(Base64Differential, OneSkippedByteAtEveryPosition) {
   std::mt19937 rng(4);
   // Short texts are filtered on the stack, long ones scanned first.
   for (size_t size : {150, 1100}) {
