@@ -9,6 +9,13 @@
 
 namespace qtatool {
 
+const Command* findCommand(std::string_view name) {
+  for (const Command& command : commands()) {
+    if (name == command.name) return &command;
+  }
+  return nullptr;
+}
+
 bool wantsHelp(Args args) {
   for (const std::string& arg : args) {
     if (arg == "--help" || arg == "-h") return true;

@@ -6,6 +6,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace qtatool {
 
@@ -27,6 +28,9 @@ struct Command {
 
 // Every subcommand, in the order `qtatool --help` lists them.
 std::span<const Command> commands();
+
+// The command called `name`, or null when there is none.
+const Command* findCommand(std::string_view name);
 
 // True when the arguments ask for the command's help ("--help" or "-h").
 bool wantsHelp(Args args);

@@ -1,6 +1,5 @@
 // qtatool base64: encodes bytes as base64 or base64url text, or decodes such
 // text back to bytes.
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -8,19 +7,9 @@
 #include "qta/text/base64.h"
 
 namespace qtatool {
-namespace {
-
-const Command& base64Command() {
-  const auto all = commands();
-  return *std::find_if(all.begin(), all.end(), [](const Command& command) {
-    return std::string_view(command.name) == "base64";
-  });
-}
-
-}  // namespace
 
 int runBase64(Args args) {
-  const Command& command = base64Command();
+  const Command& command = *findCommand("base64");
   if (args.empty()) return usageError(command, "missing 'encode' or 'decode'");
   const std::string& mode = args[0];
   if (mode != "encode" && mode != "decode") {

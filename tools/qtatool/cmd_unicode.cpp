@@ -1,7 +1,6 @@
 // qtatool utf8 / utf16 / utf32: checks UTF-8, shows the UTF-16 or UTF-32 units
 // of UTF-8 input in hexadecimal, and turns hexadecimal units back into UTF-8.
 #include <cstdio>
-#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -11,13 +10,6 @@
 
 namespace qtatool {
 namespace {
-
-const Command& commandNamed(std::string_view name) {
-  for (const Command& command : commands()) {
-    if (name == command.name) return command;
-  }
-  std::abort();  // only called with names from the table
-}
 
 // The FILE operand that may follow a mode: none or "-" is standard input.
 bool inputOperand(const Command& command, Args rest, std::string& path, int& status) {
@@ -72,7 +64,7 @@ int hexToUtf8(const Command& command, Args args, size_t maxDigits) {
 }  // namespace
 
 int runUtf8(Args args) {
-  const Command& command = commandNamed("utf8");
+  const Command& command = *findCommand("utf8");
   if (args.empty()) return usageError(command, "missing 'check', 'to-utf16' or 'to-utf32'");
   const std::string& mode = args[0];
   if (mode != "check" && mode != "to-utf16" && mode != "to-utf32") {
@@ -97,8 +89,8 @@ int runUtf8(Args args) {
   return kSuccess;
 }
 
-int runUtf16(Args args) { return hexToUtf8<char16_t>(commandNamed("utf16"), args, 4); }
+int runUtf16(Args args) { return hexToUtf8<char16_t>(*findCommand("utf16"), args, 4); }
 
-int runUtf32(Args args) { return hexToUtf8<char32_t>(commandNamed("utf32"), args, 8); }
+int runUtf32(Args args) { return hexToUtf8<char32_t>(*findCommand("utf32"), args, 8); }
 
 }  // namespace qtatool

@@ -1,6 +1,5 @@
 // qtatool uri: parses a URI and prints its components and written forms as
 // one line of JSON.
-#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -13,13 +12,6 @@
 
 namespace qtatool {
 namespace {
-
-const Command& uriCommand() {
-  const auto all = commands();
-  return *std::find_if(all.begin(), all.end(), [](const Command& command) {
-    return std::string_view(command.name) == "uri";
-  });
-}
 
 qta::JSON::root pathObject(const qta::URI::Path& path) {
   qta::JSON::root object = qta::json::makeObject();
@@ -52,7 +44,7 @@ qta::JSON::root describe(const qta::URI& uri, bool templateMode) {
 }  // namespace
 
 int runUri(Args args) {
-  const Command& command = uriCommand();
+  const Command& command = *findCommand("uri");
   if (args.empty()) return usageError(command, "missing 'parse'");
   if (args[0] != "parse") return usageError(command, "expected 'parse', not '" + args[0] + "'");
   bool templateMode = false;

@@ -37,17 +37,16 @@ int main(int argc, char** argv) {
     std::cout << "qtatool " << QTA_VERSION << "\n";
     return qtatool::kSuccess;
   }
-  for (const qtatool::Command& command : qtatool::commands()) {
-    if (first != command.name) continue;
+  if (const qtatool::Command* command = qtatool::findCommand(first)) {
     const std::vector<std::string> args(argv + 2, argv + argc);
     if (qtatool::wantsHelp(args)) {
-      std::cout << command.usage;
+      std::cout << command->usage;
       return qtatool::kSuccess;
     }
     try {
-      return command.run(args);
+      return command->run(args);
     } catch (const std::exception& error) {
-      std::cerr << "qtatool " << command.name << ": " << error.what() << "\n";
+      std::cerr << "qtatool " << command->name << ": " << error.what() << "\n";
       return qtatool::kRejected;
     }
   }
