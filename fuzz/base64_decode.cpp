@@ -8,7 +8,7 @@
 
 #include "qta/text/base64.h"
 #include "text/base64_reference.h"
-#include "text/cpu_features.h"
+#include "text/code_paths.h"
 
 namespace {
 
@@ -38,9 +38,6 @@ void checkOnePath(const uint8_t* data, size_t size) {
 
 // Both the portable and the AVX2 kernels must pass on every input.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  for (bool avx2 : {false, true}) {
-    qta::text::detail::setAvx2Enabled(avx2);
-    checkOnePath(data, size);
-  }
+  qtatest::onEachCodePath([&](bool) { checkOnePath(data, size); });
   return 0;
 }

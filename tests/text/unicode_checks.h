@@ -17,8 +17,8 @@
 #include <type_traits>
 
 #include "qta/text/unicode.h"
+#include "text/code_paths.h"
 #include "text/unicode_reference.h"
-#include "text/utf_avx2.h"  // to run the checks with and without the AVX2 paths
 
 namespace unicoderef {
 
@@ -152,15 +152,11 @@ inline std::string checkValidity(std::string_view input) {
 template <typename Check>
 std::string onEveryPath(Check check) {
   std::string problem;
-  for (bool avx2 : {false, true}) {
-    qta::text::detail::setAvx2Enabled(avx2);
+  qtatest::onEachCodePath([&](bool avx2) {
+    if (!problem.empty()) return;
     problem = check();
-    if (!problem.empty()) {
-      problem += avx2 ? " (AVX2 path)" : " (portable path)";
-      break;
-    }
-  }
-  qta::text::detail::setAvx2Enabled(true);
+    if (!problem.empty()) problem += avx2 ? " (AVX2 path)" : " (portable path)";
+  });
   return problem;
 }
 
