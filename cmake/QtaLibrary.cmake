@@ -15,9 +15,14 @@ set_target_properties(qta PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJ
 set_target_properties(qta_static PROPERTIES OUTPUT_NAME qta)
 target_link_libraries(qta PRIVATE ${QTA_EXTERNAL_LIBRARIES})
 target_link_libraries(qta_static PUBLIC ${QTA_EXTERNAL_LIBRARIES})
+# qta/export.h: QTA_EXPORT marks what the shared library exports; everything
+# else is hidden.
+include(GenerateExportHeader)
+generate_export_header(qta BASE_NAME QTA EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/include/qta/export.h)
 foreach(lib qta qta_static)
   target_include_directories(${lib} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 endforeach()
 add_library(qta::qta ALIAS qta)
@@ -27,6 +32,7 @@ install(TARGETS qta qta_static EXPORT qtaTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/qta DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_BINARY_DIR}/include/qta/export.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qta)
 install(EXPORT qtaTargets NAMESPACE qta:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/qta)
 
 include(CMakePackageConfigHelpers)

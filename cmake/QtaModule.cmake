@@ -50,6 +50,7 @@ function(qta_add_module name)
   set_target_properties(qta_${name}_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_include_directories(qta_${name}_objects PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
     PRIVATE ${PROJECT_SOURCE_DIR}/src)
   foreach(dep IN LISTS MOD_DEPENDS)
     target_link_libraries(qta_${name}_objects PUBLIC qta_${dep}_objects)
@@ -57,7 +58,8 @@ function(qta_add_module name)
   target_link_libraries(qta_${name}_objects PUBLIC ${MOD_LIBRARIES})
 
   add_library(qta_${name} STATIC $<TARGET_OBJECTS:qta_${name}_objects>)
-  target_include_directories(qta_${name} PUBLIC ${PROJECT_SOURCE_DIR}/include)
+  target_include_directories(qta_${name} PUBLIC ${PROJECT_SOURCE_DIR}/include
+                                                ${PROJECT_BINARY_DIR}/include)
   target_link_libraries(qta_${name} PUBLIC ${MOD_LIBRARIES})
   foreach(dep IN LISTS MOD_DEPENDS)
     target_link_libraries(qta_${name} PUBLIC qta_${dep})

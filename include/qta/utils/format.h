@@ -11,6 +11,8 @@
 #include <cstdarg>
 #include <string>
 
+#include "qta/export.h"
+
 namespace qta {
 
 // Formats `format` with its arguments as vsnprintf() does and returns the text.
@@ -19,10 +21,10 @@ namespace qta {
 // vsnprintf() reports an error, and formatting is repeated. A format that keeps
 // failing (an error once the buffer passes INT_MAX bytes) throws
 // std::length_error rather than growing without end.
-std::string formatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
+QTA_EXPORT std::string formatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // The same with an argument list; `args` is consumed as by vsnprintf().
-std::string formatStringV(const char* format, va_list args) __attribute__((format(printf, 1, 0)));
+QTA_EXPORT std::string formatStringV(const char* format, va_list args) __attribute__((format(printf, 1, 0)));
 
 }  // namespace qta
 
