@@ -5,6 +5,6 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${QTA_BUILD_DIR:-$root/build}
 
 "$root/scripts/install-deps.sh"
-cmake -S "$root" -B "$build" >/dev/null
+cmake -S "$root" -B "$build" -DQTA_WERROR=ON >/dev/null
 cmake --build "$build" -j"$(nproc)" >/dev/null
 "$build/tools/qtatool/qtatool" demo

@@ -26,7 +26,7 @@ case "${1:-}" in
 esac
 
 "$root/scripts/install-deps.sh" --minimal
-CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQTA_WERROR=ON \
   -DQTA_BUILD_FUZZERS=ON -DQTA_BUILD_TESTS=OFF -DQTA_BUILD_BENCHMARKS=OFF \
   -DQTA_BUILD_TOOLS=OFF -DQTA_BUILD_EXAMPLES=OFF >/dev/null
 
