@@ -1,32 +1,83 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
 #include "run_tool.h"
 
 namespace qtatooltest {
 namespace {
 
-TEST(QtatoolCli, HelpAndVersionSucceed) {
-  const ToolResult help = runTool({"--help"});
-  EXPECT_EQ(help.status, 0);
-  EXPECT_NE(help.out.find("demo"), std::string::npos);
+TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
+  const std::string help = runTool({"--help"}).out;
+  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri"}) {
+    EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
+    const ToolResult own = runTool({name, "--help"});
+    EXPECT_EQ(own.status, 0) << name;
+    EXPECT_TRUE(own.out.starts_with("Usage: qtatool " + name)) << own.out;
+  }
   EXPECT_EQ(runTool({"--version"}).status, 0);
-  EXPECT_EQ(runTool({"demo", "--help"}).status, 0);
 }
 
+// A wrong command line or an unreadable input exits with 2, a message on
+// stderr and nothing on stdout. One case per line, arguments split at spaces;
+// the first line is empty: no arguments at all.
 TEST(QtatoolCli, UsageErrorsExitWithTwo) {
-  for (const auto& args :
-       std::vector<std::vector<std::string>>{{}, {"no-such-command"}, {"demo", "extra"}}) {
+  std::istringstream cases(R"(
+no-such-command
+--no-such-option
+demo extra
+base64
+base64 compress
+base64 encode --wrap
+base64 decode a b
+base64 decode /no/such/file
+utf8
+utf8 shout
+utf8 check a b
+utf16 to-utf8 12345
+utf16 to-utf8 xyz
+utf32 to-utf8 123456789
+uri show x
+uri parse
+uri parse a b
+uri parse --file
+uri parse a --file -
+uri parse --file /no/such/file)");
+  for (std::string line; std::getline(cases, line);) {
+    std::vector<std::string> args;
+    std::istringstream words(line);
+    for (std::string word; words >> word;) args.push_back(word);
     const ToolResult result = runTool(args);
-    EXPECT_EQ(result.status, 2) << (args.empty() ? "(none)" : args[0]);
-    EXPECT_FALSE(result.err.empty());
-    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.status, 2) << line;
+    EXPECT_FALSE(result.err.empty()) << line;
+    EXPECT_TRUE(result.out.empty()) << line;
   }
 }
 
-TEST(QtatoolCli, DemoRuns) {
+TEST(QtatoolCli, DemoShowsEveryModuleInAFixedOrder) {
   const ToolResult result = runTool({"demo"});
   EXPECT_EQ(result.status, 0) << result.err;
-  EXPECT_FALSE(result.out.empty());
+  size_t at = 0;
+  for (const char* section : {"== JSON\n", "== Unicode text\n", "== base64\n", "== URI\n"}) {
+    at = result.out.find(section, at);
+    EXPECT_NE(at, std::string::npos) << section;
+  }
+}
+
+TEST(QtatoolCli, CommandsReadAFile) {
+  const std::string path = testing::TempDir() + "qtatool_input.txt";
+  std::ofstream(path, std::ios::binary) << "http://h/\r\n";
+  const ToolResult encoded = runTool({"base64", "encode", "--url", path});
+  const ToolResult units = runTool({"utf8", "to-utf16", path});
+  const ToolResult uri = runTool({"uri", "parse", "--file", path});
+  std::remove(path.c_str());
+  EXPECT_EQ(encoded.out, "aHR0cDovL2gvDQo\n");
+  EXPECT_EQ(units.out, "0068 0074 0074 0070 003A 002F 002F 0068 002F 000D 000A\n");
+  EXPECT_NE(uri.out.find("\"full\": \"http://h/\""), std::string::npos) << uri.err;
 }
 
 }  // namespace

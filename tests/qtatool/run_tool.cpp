@@ -1,77 +1,64 @@
 #include "run_tool.h"
 
-#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <stdexcept>
 
 namespace qtatooltest {
 namespace {
 
-// A temporary file that is removed when it goes out of scope.
-class TempFile {
- public:
-  TempFile() {
-    char name[] = "/tmp/qtatool-test-XXXXXX";
-    fd_ = mkstemp(name);
-    if (fd_ < 0) throw std::runtime_error("mkstemp failed");
-    path_ = name;
-  }
-  ~TempFile() {
-    close(fd_);
-    unlink(path_.c_str());
-  }
-  TempFile(const TempFile&) = delete;
-  TempFile& operator=(const TempFile&) = delete;
+// Anonymous temporary files, gone once closed, stand in for the child's
+// standard streams: unlike pipes they take any amount without deadlock.
+using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-  int fd() const { return fd_; }
-  std::string contents() const {
-    std::ifstream file(path_, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-  }
-  void write(const std::string& text) const {
-    std::ofstream(path_, std::ios::binary)
-        .write(text.data(), static_cast<std::streamsize>(text.size()));
-  }
+File temporaryFile(const std::string& contents = "") {
+  File file(std::tmpfile(), &std::fclose);
+  if (!file) throw std::runtime_error("tmpfile failed");
+  std::fwrite(contents.data(), 1, contents.size(), file.get());
+  std::fflush(file.get());
+  std::rewind(file.get());
+  return file;
+}
 
- private:
-  int fd_;
-  std::string path_;
-};
+// Reads the file afresh from its start through the descriptor's name.
+std::string contents(FILE* file) {
+  std::ifstream in("/proc/self/fd/" + std::to_string(fileno(file)), std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
 
 }  // namespace
 
 ToolResult runTool(const std::vector<std::string>& args, const std::string& input) {
-  TempFile in, out, err;
-  in.write(input);
-  std::vector<char*> argv;
-  std::string program = QTATOOL_PATH;
-  argv.push_back(program.data());
-  std::vector<std::string> copies(args);
-  for (std::string& arg : copies) argv.push_back(arg.data());
-  argv.push_back(nullptr);
+  const File in = temporaryFile(input), out = temporaryFile(), err = temporaryFile();
+  std::vector<std::string> argv{QTATOOL_PATH};
+  argv.insert(argv.end(), args.begin(), args.end());
+  std::vector<char*> pointers;
+  for (std::string& arg : argv) pointers.push_back(arg.data());
+  pointers.push_back(nullptr);
 
   const pid_t pid = fork();
   if (pid < 0) throw std::runtime_error("fork failed");
   if (pid == 0) {
-    lseek(in.fd(), 0, SEEK_SET);
-    dup2(in.fd(), 0);
-    dup2(out.fd(), 1);
-    dup2(err.fd(), 2);
-    execv(argv[0], argv.data());
+    dup2(fileno(in.get()), 0);
+    dup2(fileno(out.get()), 1);
+    dup2(fileno(err.get()), 2);
+    execv(pointers[0], pointers.data());
     _exit(127);
   }
   int status = 0;
   waitpid(pid, &status, 0);
-  ToolResult result;
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  result.out = out.contents();
-  result.err = err.contents();
+  ToolResult result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out.get()),
+                    contents(err.get())};
+  if (result.err.find("runtime error:") != std::string::npos) {
+    ADD_FAILURE() << "undefined behaviour in qtatool " << testing::PrintToString(args) << ":\n"
+                  << result.err;
+  }
   return result;
 }
 

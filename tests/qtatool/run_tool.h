@@ -1,5 +1,6 @@
 // Runs the built qtatool binary with arguments and standard input, and
-// captures its exit status, stdout and stderr.
+// captures its exit status, stdout and stderr. A run whose stderr reports
+// undefined behaviour ("runtime error:") fails the calling test.
 #ifndef QTA_TESTS_QTATOOL_RUN_TOOL_H_
 #define QTA_TESTS_QTATOOL_RUN_TOOL_H_
 

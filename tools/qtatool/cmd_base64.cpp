@@ -1,46 +1,117 @@
 // qtatool base64: encodes bytes as base64 or base64url text, or decodes such
-// text back to bytes.
+// text back to bytes; and the base64 section of `qtatool demo`.
+#include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 
-#include "cli.h"
+#include "args.h"
+#include "command.h"
+#include "io.h"
 #include "qta/text/base64.h"
 
 namespace qtatool {
+namespace {
 
-int runBase64(Args args) {
-  const Command& command = *findCommand("base64");
-  if (args.empty()) return usageError(command, "missing 'encode' or 'decode'");
-  const std::string& mode = args[0];
-  if (mode != "encode" && mode != "decode") {
-    return usageError(command, "expected 'encode' or 'decode', not '" + mode + "'");
+// Whole 3-byte groups, so only the last piece can end in padding and the
+// pieces' texts join into the text of the whole input.
+constexpr size_t kEncodePiece = kOutputPiece / 4 * 3;
+
+void encode(std::string_view bytes, bool url) {
+  for (size_t at = 0; at < bytes.size(); at += kEncodePiece) {
+    const std::string_view piece = bytes.substr(at, kEncodePiece);
+    writeBytes(url ? qta::text::base64UrlEncode(piece) : qta::text::base64Encode(piece));
   }
-  bool url = false;
-  bool havePath = false;
-  std::string path = "-";
-  for (const std::string& arg : args.subspan(1)) {
-    if (arg == "--url") {
-      url = true;
-    } else if (arg.size() > 1 && arg[0] == '-') {
-      return usageError(command, "unknown option '" + arg + "'");
-    } else if (havePath) {
-      return usageError(command, "more than one FILE");
-    } else {
-      path = arg;
-      havePath = true;
+  writeBytes("\n");
+}
+
+bool inAlphabet(char c, bool url) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+         c == (url ? '-' : '+') || c == (url ? '_' : '/');
+}
+
+// Decoding reads groups of four alphabet characters and skips every other
+// byte, so pieces cut after a whole number of groups decode to the pieces of
+// the whole result.
+void decode(std::string_view text, bool url) {
+  const auto write = [url](std::string_view piece) {
+    writeBytes(url ? qta::text::base64UrlDecodeToString(piece)
+                   : qta::text::base64DecodeToString(piece));
+  };
+  size_t start = 0;
+  size_t characters = 0;
+  for (size_t at = 0; at < text.size(); ++at) {
+    if (inAlphabet(text[at], url) && ++characters == kOutputPiece) {
+      write(text.substr(start, at + 1 - start));
+      start = at + 1;
+      characters = 0;
     }
   }
+  write(text.substr(start));
+}
 
+int run(const Command& self, Args args) {
+  const std::optional<ParsedArgs> parsed = parseArgs(
+      self, args,
+      {.modes = {"encode", "decode"}, .flags = {"--url"}, .operand = "FILE", .maxOperands = 1});
+  if (!parsed) return kUsage;
   std::string input;
-  if (!readInput(path, input)) return kUsage;
-  if (mode == "encode") {
-    writeBytes(url ? qta::text::base64UrlEncode(input) : qta::text::base64Encode(input));
-    writeBytes("\n");
+  if (!readInput(parsed->operands.empty() ? "-" : parsed->operands[0], input)) return kUsage;
+  if (parsed->mode == "encode") {
+    encode(input, parsed->has("--url"));
   } else {
-    writeBytes(url ? qta::text::base64UrlDecodeToString(input)
-                   : qta::text::base64DecodeToString(input));
+    decode(input, parsed->has("--url"));
   }
   return kSuccess;
 }
 
+// Shows text with line breaks and other controls as C escapes.
+std::string quoted(std::string_view text) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  std::string out = "\"";
+  for (char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n') {
+      out += "\\n";
+    } else if (byte < 0x20 || byte >= 0x7f) {
+      out += "\\x";
+      out += kHex[byte >> 4];
+      out += kHex[byte & 15];
+    } else {
+      out += c;
+    }
+  }
+  return out + "\"";
+}
+
+void demo(std::ostream& out) {
+  using namespace qta::text;
+  out << "== base64\n";
+  for (std::string_view bytes : {"f", "foobar", "\xFB\xFF"}) {
+    out << "encode " << quoted(bytes) << ": " << base64Encode(bytes)
+        << "  url: " << base64UrlEncode(bytes) << "\n";
+  }
+  // Decoding skips whatever is not in the alphabet, so it never fails.
+  for (std::string_view text : {"Zm9v\nYmFy", "Zg==", "Z=g", "-_8"}) {
+    out << "decode " << quoted(text) << ": " << quoted(base64DecodeToString(text))
+        << "  url: " << quoted(base64UrlDecodeToString(text)) << "\n";
+  }
+}
+
+const RegisterCommand kBase64({
+    .order = 30,
+    .name = "base64",
+    .summary = "encode bytes as base64 text or decode it back",
+    .usage = "Usage: qtatool base64 encode [--url] [FILE]\n"
+             "       qtatool base64 decode [--url] [FILE]\n\n"
+             "Reads FILE, or standard input when FILE is omitted or \"-\".\n"
+             "encode writes the bytes as base64 text padded with \"=\" (with --url: base64url,\n"
+             "unpadded) and one newline. decode writes the bytes the text stands for, with\n"
+             "nothing added; characters outside the alphabet (line breaks, \"=\", white space,\n"
+             "the other alphabet's \"+/\" or \"-_\") are skipped, so decoding never fails.\n",
+    .run = run,
+    .demo = demo,
+});
+
+}  // namespace
 }  // namespace qtatool

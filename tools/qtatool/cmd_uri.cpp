@@ -1,13 +1,19 @@
 // qtatool uri: parses a URI and prints its components and written forms as
-// one line of JSON.
+// one line of JSON; and the URI section of `qtatool demo`.
 #include <cstdio>
+#include <functional>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "cli.h"
+#include "args.h"
+#include "command.h"
+#include "io.h"
 #include "qta/json/json.h"
 #include "qta/json/writer.h"
+#include "qta/uri/query.h"
 #include "qta/uri/uri.h"
 
 namespace qtatool {
@@ -24,54 +30,141 @@ qta::JSON::root pathObject(const qta::URI::Path& path) {
   return object;
 }
 
-qta::JSON::root describe(const qta::URI& uri, bool templateMode) {
-  using qta::json::makeString;
-  qta::JSON::root object = qta::json::makeObject();
-  object->set("scheme", makeString(uri.scheme()));
-  object->set("userInfo", makeString(uri.userInfo()));
-  object->set("host", makeString(uri.host()));
-  object->set("port", qta::json::makeNumber(uri.port()));
-  object->set("path", pathObject(uri.path()));
-  object->set("query", makeString(uri.query()));
-  object->set("fragment", makeString(uri.fragment()));
-  object->set("full", makeString(uri.toString(templateMode)));
-  object->set("display", makeString(uri.toDisplayString(templateMode)));
-  object->set("root", makeString(uri.rootString()));
-  object->set("localPath", makeString(uri.localPath()));
-  return object;
+// Prints the description as the JSON writer would print it as one object on
+// one line (keys in order), but one member at a time, so a huge URI's written
+// forms are not all held at once.
+void printDescription(const qta::URI& uri, bool templateMode) {
+  using qta::json::writeString;
+  using Writer = std::function<void(std::string&)>;
+  const std::pair<const char*, Writer> members[] = {
+      {"display",
+       [&](std::string& out) { writeString(out, uri.toDisplayString(templateMode).c_str()); }},
+      {"fragment", [&](std::string& out) { writeString(out, uri.fragment().c_str()); }},
+      {"full", [&](std::string& out) { writeString(out, uri.toString(templateMode).c_str()); }},
+      {"host", [&](std::string& out) { writeString(out, uri.host().c_str()); }},
+      {"localPath", [&](std::string& out) { writeString(out, uri.localPath().c_str()); }},
+      {"path", [&](std::string& out) { pathObject(uri.path())->write(out, -1); }},
+      {"port", [&](std::string& out) { qta::json::writeNumber(out, uri.port()); }},
+      {"query", [&](std::string& out) { writeString(out, uri.query().c_str()); }},
+      {"root", [&](std::string& out) { writeString(out, uri.rootString().c_str()); }},
+      {"scheme", [&](std::string& out) { writeString(out, uri.scheme().c_str()); }},
+      {"userInfo", [&](std::string& out) { writeString(out, uri.userInfo().c_str()); }},
+  };
+  std::string piece = "{ ";
+  for (const auto& [key, write] : members) {
+    writeString(piece, key);
+    piece += ": ";
+    write(piece);
+    writeBytes(piece);
+    piece = ", ";
+  }
+  writeBytes(" }\n");
 }
 
-}  // namespace
-
-int runUri(Args args) {
-  const Command& command = *findCommand("uri");
-  if (args.empty()) return usageError(command, "missing 'parse'");
-  if (args[0] != "parse") return usageError(command, "expected 'parse', not '" + args[0] + "'");
-  bool templateMode = false;
-  std::optional<std::string> text;
-  for (const std::string& arg : args.subspan(1)) {
-    if (arg == "--template") {
-      templateMode = true;
-    } else if (arg.size() > 1 && arg[0] == '-' && !text) {
-      return usageError(command, "unknown option '" + arg + "'");
-    } else if (text) {
-      return usageError(command, "more than one TEXT");
-    } else {
-      text = arg;
-    }
+// The URI text: the TEXT operand, or the contents of the --file operand less
+// one final line break, so that `echo URI | qtatool uri parse --file -` works.
+bool uriText(const Command& self, const ParsedArgs& parsed, std::string& text, int& status) {
+  const bool fromFile = parsed.has("--file");
+  if (fromFile == !parsed.operands.empty()) {
+    status = usageError(self,
+                        fromFile ? "give TEXT or --file, not both" : "missing TEXT or --file FILE");
+    return false;
   }
-  if (!text) return usageError(command, "missing TEXT");
+  if (!fromFile) {
+    text = parsed.operands[0];
+    return true;
+  }
+  if (!readInput(parsed.options.at("--file"), text)) {
+    status = kUsage;
+    return false;
+  }
+  if (text.ends_with('\n')) {
+    text.pop_back();
+    if (text.ends_with('\r')) text.pop_back();
+  }
+  return true;
+}
 
-  const std::optional<qta::URI> uri = qta::URI::tryParse(*text, templateMode);
+int run(const Command& self, Args args) {
+  const std::optional<ParsedArgs> parsed = parseArgs(self, args,
+                                                     {.modes = {"parse"},
+                                                      .flags = {"--template"},
+                                                      .valued = {"--file"},
+                                                      .operand = "TEXT",
+                                                      .maxOperands = 1});
+  if (!parsed) return kUsage;
+  const bool templateMode = parsed->has("--template");
+  std::optional<qta::URI> uri;
+  {
+    std::string text;  // released once parsed, so a huge text is not held beside its URI
+    int status = kSuccess;
+    if (!uriText(self, *parsed, text, status)) return status;
+    uri = qta::URI::tryParse(text, templateMode);
+  }
   if (!uri) {
     std::fputs("invalid URI\n", stderr);
     return kRejected;
   }
-  std::string json;
-  describe(*uri, templateMode)->write(json, -1);
-  json += '\n';
-  writeBytes(json);
+  printDescription(*uri, templateMode);
   return kSuccess;
 }
 
+void demo(std::ostream& out) {
+  out << "== URI\n";
+  // Texts as a player meets them: the parser normalises case, escapes, dot
+  // segments, default ports and international host names.
+  const char* texts[] = {
+      "HTTP://Media.Example:80/a/./b/../clips/intro%20cut.mp4?lang=%65n&x=%3d#t=10",
+      "ftp://user:p%40ss@B\xC3\xBC"
+      "cher.example/pub/",
+      "http://[fe80::1%25eth0]:8080/status",
+      "//fileserver/share/show.smil",
+      "http://host?missing-slash",
+  };
+  for (const char* text : texts) {
+    const std::optional<qta::URI> uri = qta::URI::tryParse(text);
+    out << text << "\n";
+    if (!uri) {
+      out << "  invalid URI\n";
+      continue;
+    }
+    out << "  full:    " << uri->toString() << "\n"
+        << "  display: " << uri->toDisplayString() << "\n"
+        << "  root:    " << uri->rootString() << "\n";
+  }
+
+  const qta::URI local("file:///media/My%20Clips/a.mp4");
+  out << "local path of " << local.toString() << ": " << local.localPath() << "\n";
+
+  const qta::URI templated("http://cdn.example/[[channel]]/live.m3u8?token=[[token]]", true);
+  out << "template: " << templated.toString(true) << "\n";
+
+  const qta::URI note = qta::URI::fromData({'h', 'i'}, "text/plain");
+  out << "data URI: " << note.toString() << " shown as " << note.toDisplayString() << "\n";
+
+  out << "query parameters of the first URI:";
+  for (const auto& [name, value] : qta::uri::queryParameters(qta::URI(texts[0]))) {
+    out << " " << name << "=" << value;
+  }
+  out << "\n";
+}
+
+const RegisterCommand kUri({
+    .order = 40,
+    .name = "uri",
+    .summary = "parse a URI and show its components and written forms",
+    .usage = "Usage: qtatool uri parse [--template] TEXT\n"
+             "       qtatool uri parse [--template] --file FILE\n\n"
+             "Parses TEXT, or the contents of FILE (\"-\" is standard input) less one final\n"
+             "line break, as a URI; put \"--\" before a TEXT that starts with \"-\". With\n"
+             "--template, \"[[\" ... \"]]\" placeholders are kept as they are. Prints one line\n"
+             "of JSON: scheme, userInfo, host, port, path (absolute, trailingSlash, segments),\n"
+             "query, fragment, and the full, display and root forms and the local file path.\n"
+             "A text that is not a valid URI prints \"invalid URI\" on standard error and\n"
+             "exits with 1.\n",
+    .run = run,
+    .demo = demo,
+});
+
+}  // namespace
 }  // namespace qtatool

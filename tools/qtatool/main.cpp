@@ -1,9 +1,13 @@
-// qtatool: the command-line face of the qta library.
+// qtatool: the command-line face of the qta library. The subcommands register
+// themselves (see command.h); this file only dispatches to them.
+#include <algorithm>
+#include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "cli.h"
+#include "args.h"
+#include "command.h"
 
 namespace {
 
@@ -11,9 +15,10 @@ void printHelp(std::ostream& out) {
   out << "Usage: qtatool COMMAND [ARGS...]\n"
          "       qtatool --help | --version\n\n"
          "Commands:\n";
-  for (const qtatool::Command& command : qtatool::commands()) {
-    std::string name = command.name;
-    name.resize(10, ' ');
+  for (const qtatool::Command& command : qtatool::registeredCommands()) {
+    if (command.run == nullptr) continue;
+    std::string name(command.name);
+    name.resize(std::max<size_t>(name.size() + 1, 10), ' ');
     out << "  " << name << command.summary << "\n";
   }
   out << "\nRun 'qtatool COMMAND --help' for a command's arguments.\n"
@@ -37,20 +42,21 @@ int main(int argc, char** argv) {
     std::cout << "qtatool " << QTA_VERSION << "\n";
     return qtatool::kSuccess;
   }
-  if (const qtatool::Command* command = qtatool::findCommand(first)) {
-    const std::vector<std::string> args(argv + 2, argv + argc);
-    if (qtatool::wantsHelp(args)) {
-      std::cout << command->usage;
-      return qtatool::kSuccess;
-    }
-    try {
-      return command->run(args);
-    } catch (const std::exception& error) {
-      std::cerr << "qtatool " << command->name << ": " << error.what() << "\n";
-      return qtatool::kRejected;
-    }
+  const qtatool::Command* command = qtatool::findCommand(first);
+  if (command == nullptr) {
+    std::cerr << "qtatool: unknown command '" << first << "'\n"
+              << "Try 'qtatool --help'.\n";
+    return qtatool::kUsage;
   }
-  std::cerr << "qtatool: unknown command '" << first << "'\n"
-            << "Try 'qtatool --help'.\n";
-  return qtatool::kUsage;
+  const std::vector<std::string> args(argv + 2, argv + argc);
+  if (qtatool::asksForHelp(args)) {
+    std::cout << command->usage;
+    return qtatool::kSuccess;
+  }
+  try {
+    return command->run(*command, args);
+  } catch (const std::exception& error) {
+    std::cerr << "qtatool " << command->name << ": " << error.what() << "\n";
+    return qtatool::kRejected;
+  }
 }

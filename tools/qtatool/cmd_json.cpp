@@ -1,14 +1,16 @@
+// qtatool's json entry: so far only its section of `qtatool demo`.
 #include <ostream>
 #include <string>
 
-#include "demo.h"
+#include "command.h"
 #include "qta/json/json.h"
 #include "qta/json/path.h"
 #include "qta/json/writer.h"
 
 namespace qtatool {
+namespace {
 
-void demoJson(std::ostream& out) {
+void demo(std::ostream& out) {
   using namespace qta::json;
   // A player's status report, built through dotted paths.
   qta::JSON::root status;
@@ -28,4 +30,7 @@ void demoJson(std::ostream& out) {
       << "\n";
 }
 
+const RegisterCommand kJson({.order = 10, .name = "json", .demo = demo});
+
+}  // namespace
 }  // namespace qtatool

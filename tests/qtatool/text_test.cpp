@@ -1,0 +1,76 @@
+// qtatool's commands of the text module: base64, utf8, utf16 and utf32.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "run_tool.h"
+
+namespace qtatooltest {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(QtatoolText, ConvertsAndChecksStandardInput) {
+  struct Case {
+    std::vector<std::string> args;
+    std::string input;
+    int status;
+    std::string out;
+  };
+  const Case cases[] = {
+      {{"base64", "encode"}, "foobar", 0, "Zm9vYmFy\n"},
+      {{"base64", "encode", "-"}, "\xFB\xFF", 0, "+/8=\n"},
+      {{"base64", "encode", "--url"}, "\xFB\xFF", 0, "-_8\n"},
+      {{"base64", "encode"}, "", 0, "\n"},
+      {{"base64", "decode"}, "Zm9v\nYmFy\n", 0, "foobar"},
+      {{"base64", "decode", "--url", "-"}, "-_8", 0, "\xFB\xFF"},
+      {{"base64", "decode"}, "AAB/", 0, "\0\0\x7f"s},  // NUL bytes pass through unchanged
+      {{"utf8", "check"}, "caf\xC3\xA9", 0, ""},
+      {{"utf8", "check", "-"}, "\xC0\x80", 1, ""},
+      {{"utf8", "to-utf16"}, "\U0001F600A", 0, "D83D DE00 0041\n"},
+      {{"utf8", "to-utf32"}, "\U0001F600A", 0, "1F600 0041\n"},
+      {{"utf8", "to-utf32"}, "", 0, "\n"},
+      {{"utf16", "to-utf8", "D83D", "de00", "41"}, "", 0, "\U0001F600A"},
+      {{"utf32", "to-utf8", "E9", "110000", "0"}, "", 0, "\xC3\xA9\0"s},
+  };
+  for (const Case& c : cases) {
+    const ToolResult result = runTool(c.args, c.input);
+    EXPECT_EQ(result.status, c.status) << c.args[1] << " " << c.input << result.err;
+    EXPECT_EQ(result.out, c.out) << c.args[1] << " " << c.input;
+  }
+}
+
+// Large inputs are encoded and decoded a piece at a time: no padding may show
+// up between pieces, and line breaks must not shift where decoding cuts.
+TEST(QtatoolBase64, LargeInputsRoundTrip) {
+  std::string bytes(300001, '\0');
+  for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 251);
+  for (const bool url : {false, true}) {
+    std::vector<std::string> args = {"base64", "encode"};
+    if (url) args.push_back("--url");
+    const std::string text = runTool(args, bytes).out;
+    EXPECT_EQ(text.size(), (url ? (bytes.size() * 4 + 2) / 3 : (bytes.size() + 2) / 3 * 4) + 1);
+    std::string wrapped;
+    for (size_t at = 0; at < text.size(); at += 76) wrapped += text.substr(at, 76) + "\n";
+    args[1] = "decode";
+    EXPECT_TRUE(runTool(args, wrapped).out == bytes) << url;
+  }
+}
+
+// Large inputs are converted and printed a piece at a time; pieces must join
+// with one space and must not cut a sequence, valid or not.
+TEST(QtatoolUnicode, LargeInputsConvertInPieces) {
+  std::string text, utf16, utf32;
+  for (int i = 0; i < 20000; ++i) {
+    text += "\U0001F600\xC3";  // the lead byte lacks its continuation byte
+    utf16 += "D83D DE00 003F ";
+    utf32 += "1F600 003F ";
+  }
+  utf16.back() = utf32.back() = '\n';
+  EXPECT_TRUE(runTool({"utf8", "to-utf16"}, text).out == utf16);
+  EXPECT_TRUE(runTool({"utf8", "to-utf32"}, text).out == utf32);
+}
+
+}  // namespace
+}  // namespace qtatooltest
