@@ -41,8 +41,8 @@ TEST(QtatoolText, ConvertsAndChecksStandardInput) {
   }
 }
 
-// Large inputs are encoded and decoded a piece at a time: no padding may show
-// up between pieces, and line breaks must not shift where decoding cuts.
+// Large inputs are encoded a piece at a time: no padding may show up between
+// pieces, and the text, wrapped into lines, decodes back to the bytes.
 TEST(QtatoolBase64, LargeInputsRoundTrip) {
   std::string bytes(300001, '\0');
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 251);
