@@ -164,6 +164,14 @@ std::string percentDecode(std::string_view text, bool& ok, bool templateMode) {
 
 size_t findOutsidePlaceholder(std::string_view text, char ch, size_t from) {
   detail::PlaceholderFinder placeholders(text);
+  // Placeholders are found from the start of the text, so a `from` inside one
+  // resumes after its "]]".
+  for (size_t open = text.find("[["); open < from; open = text.find("[[", open)) {
+    const size_t end = placeholders.endAt(open);
+    if (end == std::string_view::npos) break;  // an unclosed "[[" hides nothing
+    if (end > from) from = end;
+    open = end;
+  }
   CharSet stop;
   stop.add(static_cast<unsigned char>(ch));
   const size_t pos = detail::findStop(text, from, stop, true, placeholders);

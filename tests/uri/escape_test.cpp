@@ -102,6 +102,9 @@ TEST(URIEscape, FindOutsidePlaceholder) {
   EXPECT_EQ(findOutsidePlaceholder("x[[a/]]", '/'), npos);
   EXPECT_EQ(findOutsidePlaceholder("x/", '/', 5), npos);
   EXPECT_EQ(findOutsidePlaceholder("[[?]]?", '?', 0), 5u);
+  EXPECT_EQ(findOutsidePlaceholder("[[a/b]]/c", '/', 3), 7u);  // from inside a placeholder
+  EXPECT_EQ(findOutsidePlaceholder("x[[a]]/[[/]]/", '/', 2), 6u);
+  EXPECT_EQ(findOutsidePlaceholder("x[[a]]/[[/]]/", '/', 9), 12u);
   const char* cText = "[[&]]&";
   EXPECT_EQ(findOutsidePlaceholder(cText, '&'), 5u);
 }
