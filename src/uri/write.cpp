@@ -111,29 +111,30 @@ std::string write(const URI::Data& data, Form form, bool templateMode) {
 }  // namespace
 
 std::string URI::toString(bool templateMode) const {
-  return write(*data_, Form::kFull, templateMode);
+  return write(data(), Form::kFull, templateMode);
 }
 
 std::string URI::toDisplayString(bool templateMode) const {
-  return write(*data_, Form::kDisplay, templateMode);
+  return write(data(), Form::kDisplay, templateMode);
 }
 
 std::string URI::rootString() const {
+  const Data& data = this->data();
   std::string out;
-  if (!data_->scheme.empty()) {
-    out += data_->scheme;
+  if (!data.scheme.empty()) {
+    out += data.scheme;
     out += ':';
   }
-  if (!data_->host.empty()) {
+  if (!data.host.empty()) {
     out += "//";
-    uri::detail::appendHostAndPort(out, *data_);
+    uri::detail::appendHostAndPort(out, data);
     out += '/';
   }
   return out;
 }
 
 std::string URI::localPath() const {
-  const Data& data = *data_;
+  const Data& data = this->data();
   if ((!data.scheme.empty() && data.scheme != "file") ||
       (!data.host.empty() && data.host != "localhost")) {
     return std::string();

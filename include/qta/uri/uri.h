@@ -2,11 +2,12 @@
 //
 // A URI holds its normalised components (scheme, user info, host, port, path,
 // query, fragment, and for "data" URIs a decoded payload) in one URI::Data
-// that copies of the URI share through a reference count. A URI::Data never
-// changes once a URI holds it: the setters copy it first when it is shared, so
-// copies of a URI never see each other's changes. A URI may be read from any
+// that copies of the URI share through a reference count. A URI::Data is never
+// changed while another URI holds it: a setter copies it first when it is
+// shared, so copies of a URI never see each other's changes, and copies may be
+// made, changed and dropped on different threads. A URI may be read from any
 // number of threads at once; changing one object needs the usual exclusive
-// access to that object (its copies are independent).
+// access to that object.
 //
 // Parsing never throws. A text with any defect yields the empty URI (no
 // scheme, no host, port 0, empty path); URI::parse and URI::tryParse tell a
@@ -16,6 +17,8 @@
 #ifndef QTA_URI_URI_H_
 #define QTA_URI_URI_H_
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -57,7 +60,13 @@ class URI {
   };
 
   // The empty URI.
-  URI();
+  URI() noexcept;
+  URI(const URI& other) noexcept;
+  // Leaves `other` empty.
+  URI(URI&& other) noexcept;
+  URI& operator=(const URI& other) noexcept;
+  URI& operator=(URI&& other) noexcept;
+  ~URI();
   // Parses `text`; the empty URI when the text is not a valid URI.
   explicit URI(std::string_view text, bool templateMode = false);
   // From components copied unchanged; a port of 0 becomes the scheme's default.
@@ -71,15 +80,15 @@ class URI {
   // A "data" URI holding `bytes` (empty media type: "text/plain;charset=US-ASCII").
   static URI fromData(std::vector<uint8_t> bytes, std::string mediaType);
 
-  const Data& data() const { return *data_; }
-  const std::string& scheme() const { return data_->scheme; }
-  const std::string& host() const { return data_->host; }
-  uint32_t port() const { return data_->port; }
-  const Path& path() const { return data_->path; }
-  const std::string& userInfo() const { return data_->userInfo; }
-  const std::string& query() const { return data_->query; }
-  const std::string& fragment() const { return data_->fragment; }
-  const DataURIContent* content() const { return data_->content.get(); }
+  const Data& data() const { return shared_->data; }
+  const std::string& scheme() const { return shared_->data.scheme; }
+  const std::string& host() const { return shared_->data.host; }
+  uint32_t port() const { return shared_->data.port; }
+  const Path& path() const { return shared_->data.path; }
+  const std::string& userInfo() const { return shared_->data.userInfo; }
+  const std::string& query() const { return shared_->data.query; }
+  const std::string& fragment() const { return shared_->data.fragment; }
+  const DataURIContent* content() const { return shared_->data.content.get(); }
 
   // The scheme is stored in lower case.
   void setScheme(std::string_view scheme);
@@ -107,10 +116,24 @@ class URI {
   std::string localPath() const;
 
  private:
-  explicit URI(std::shared_ptr<Data> data) : data_(std::move(data)) {}
-  Data& mutableData();
+  // One allocation holds the data and the number of URIs that hold it.
+  struct Shared {
+    Shared() = default;
+    explicit Shared(const Data& from) : data(from) {}
 
-  std::shared_ptr<Data> data_;
+    std::atomic<size_t> holders{1};
+    Data data;
+  };
+
+  // Takes over `shared`, whose count already includes this URI.
+  explicit URI(Shared* shared) noexcept : shared_(shared) {}
+  // The data, first copied when another URI holds it too.
+  Data& mutableData();
+  static Shared* holdEmpty() noexcept;
+  static Shared* hold(Shared* shared) noexcept;
+  static void release(Shared* shared) noexcept;
+
+  Shared* shared_;
 };
 
 }  // namespace qta
