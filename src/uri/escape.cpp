@@ -24,7 +24,7 @@ int hexValue(char c) {
 // special(out, position) writes what belongs there and returns the position
 // after what it consumed.
 template <typename IsPlain, typename Special>
-void rewrite(std::string& out, std::string_view text, bool templateMode, IsPlain isPlain,
+void rewrite(std::string& out, std::string_view text, TemplateMode templateMode, IsPlain isPlain,
              Special special) {
   PlaceholderFinder placeholders(text);
   const size_t size = text.size();
@@ -32,7 +32,7 @@ void rewrite(std::string& out, std::string_view text, bool templateMode, IsPlain
   size_t i = 0;
   while (i < size) {
     const unsigned char c = static_cast<unsigned char>(text[i]);
-    if (templateMode && c == '[') {
+    if (templateMode == TemplateMode::kOn && c == '[') {
       const size_t end = placeholders.endAt(i);
       if (end != std::string_view::npos) {
         i = end;
@@ -65,7 +65,7 @@ void appendEscaped(std::string& out, unsigned char byte) {
   out.append(escape, 3);
 }
 
-bool appendPercentDecoded(std::string& out, std::string_view text, bool templateMode) {
+bool appendPercentDecoded(std::string& out, std::string_view text, TemplateMode templateMode) {
   if (std::memchr(text.data(), '%', text.size()) == nullptr) {
     out.append(text);
     return true;
@@ -87,7 +87,7 @@ bool appendPercentDecoded(std::string& out, std::string_view text, bool template
 }
 
 void appendNormalized(std::string& out, std::string_view text, const CharSet& decodeSet,
-                      const CharSet& keepSet, bool templateMode) {
+                      const CharSet& keepSet, TemplateMode templateMode) {
   const auto isLiteral = [&](unsigned char c) {
     return decodeSet.contains(c) || keepSet.contains(c);
   };
@@ -117,7 +117,7 @@ void appendNormalized(std::string& out, std::string_view text, const CharSet& de
 }
 
 void appendPercentEncoded(std::string& out, std::string_view text, const CharSet& keepSet,
-                          bool templateMode) {
+                          TemplateMode templateMode) {
   rewrite(
       out, text, templateMode,
       [&](unsigned char c) { return kUnreserved.contains(c) || keepSet.contains(c); },
@@ -128,7 +128,7 @@ void appendPercentEncoded(std::string& out, std::string_view text, const CharSet
 }
 
 void appendDisplayDecoded(std::string& out, std::string_view text, const CharSet& decodeSet,
-                          bool templateMode) {
+                          TemplateMode templateMode) {
   rewrite(
       out, text, templateMode, [](unsigned char c) { return c != '%'; },
       [&](std::string& to, size_t pos) {
@@ -144,7 +144,7 @@ void appendDisplayDecoded(std::string& out, std::string_view text, const CharSet
 
 }  // namespace detail
 
-bool hasValidEscapes(std::string_view text, bool templateMode) {
+bool hasValidEscapes(std::string_view text, TemplateMode templateMode) {
   detail::PlaceholderFinder placeholders(text);
   const CharSet percent("%");
   size_t i = 0;
@@ -155,7 +155,7 @@ bool hasValidEscapes(std::string_view text, bool templateMode) {
   return true;
 }
 
-std::string percentDecode(std::string_view text, bool& ok, bool templateMode) {
+std::string percentDecode(std::string_view text, bool& ok, TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   ok = detail::appendPercentDecoded(out, text, templateMode);
@@ -174,7 +174,7 @@ size_t findOutsidePlaceholder(std::string_view text, char ch, size_t from) {
   }
   CharSet stop;
   stop.add(static_cast<unsigned char>(ch));
-  const size_t pos = detail::findStop(text, from, stop, true, placeholders);
+  const size_t pos = detail::findStop(text, from, stop, TemplateMode::kOn, placeholders);
   return pos < text.size() ? pos : std::string_view::npos;
 }
 
@@ -183,21 +183,23 @@ size_t findOutsidePlaceholder(const char* text, char ch, size_t from) {
 }
 
 std::string normalizeComponent(std::string_view text, const CharSet& decodeSet,
-                               const CharSet& keepSet, bool templateMode) {
+                               const CharSet& keepSet, TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   detail::appendNormalized(out, text, decodeSet, keepSet, templateMode);
   return out;
 }
 
-std::string percentEncode(std::string_view text, const CharSet& keepSet, bool templateMode) {
+std::string percentEncode(std::string_view text, const CharSet& keepSet,
+                          TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   detail::appendPercentEncoded(out, text, keepSet, templateMode);
   return out;
 }
 
-std::string displayDecode(std::string_view text, const CharSet& decodeSet, bool templateMode) {
+std::string displayDecode(std::string_view text, const CharSet& decodeSet,
+                          TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   detail::appendDisplayDecoded(out, text, decodeSet, templateMode);

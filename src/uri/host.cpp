@@ -238,7 +238,7 @@ bool isHostName(std::string_view host, bool allowTrailingHyphen) {
 void appendHostForOutput(std::string& out, const URI::Data& data) {
   const std::string& host = data.host;
   if (hasOpaqueAuthority(data.scheme)) {
-    appendPercentEncoded(out, host, CharSet(), false);
+    appendPercentEncoded(out, host, CharSet(), TemplateMode::kOff);
   } else if (isIPv6Address(host)) {
     const size_t percent = host.find('%');
     out += '[';
@@ -247,7 +247,8 @@ void appendHostForOutput(std::string& out, const URI::Data& data) {
     } else {
       out.append(host, 0, percent);
       out += "%25";
-      appendPercentEncoded(out, std::string_view(host).substr(percent + 1), CharSet(), false);
+      appendPercentEncoded(out, std::string_view(host).substr(percent + 1), CharSet(),
+                           TemplateMode::kOff);
     }
     out += ']';
   } else {

@@ -13,7 +13,7 @@ constexpr CharSet kAmpersand{"&"};
 constexpr CharSet kEquals{"="};
 
 // A bad escape is copied as it is.
-std::string decodedLeniently(std::string_view text, bool templateMode) {
+std::string decodedLeniently(std::string_view text, TemplateMode templateMode) {
   bool ok = true;
   return percentDecode(text, ok, templateMode);
 }
@@ -22,11 +22,11 @@ std::string decodedLeniently(std::string_view text, bool templateMode) {
 
 QueryParameters queryParameters(const URI& uri) {
   QueryParameters parameters;
-  parseQuery(uri.query(), false, parameters);
+  parseQuery(uri.query(), TemplateMode::kOff, parameters);
   return parameters;
 }
 
-void parseQuery(std::string_view query, bool templateMode, QueryParameters& out) {
+void parseQuery(std::string_view query, TemplateMode templateMode, QueryParameters& out) {
   out.clear();
   detail::PlaceholderFinder placeholders(query);
   size_t start = 0;
@@ -47,7 +47,7 @@ void parseQuery(std::string_view query, bool templateMode, QueryParameters& out)
   }
 }
 
-std::string buildQuery(const QueryParameters& parameters, bool templateMode) {
+std::string buildQuery(const QueryParameters& parameters, TemplateMode templateMode) {
   std::string out;
   for (const auto& [name, value] : parameters) {
     if (name.empty()) continue;

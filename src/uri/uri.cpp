@@ -70,7 +70,7 @@ URI::Data& URI::mutableData() {
   return shared_->data;
 }
 
-URI::URI(std::string_view text, bool templateMode) {
+URI::URI(std::string_view text, TemplateMode templateMode) {
   auto shared = std::make_unique<Shared>();
   shared_ = parse(text, templateMode, shared->data) ? shared.release() : holdEmpty();
 }
@@ -82,7 +82,7 @@ URI::URI(std::string scheme, std::string host, uint32_t port) : shared_(new Shar
   data.port = port != 0 ? port : uri::defaultPort(data.scheme);
 }
 
-std::optional<URI> URI::tryParse(std::string_view text, bool templateMode) {
+std::optional<URI> URI::tryParse(std::string_view text, TemplateMode templateMode) {
   auto shared = std::make_unique<Shared>();
   if (!parse(text, templateMode, shared->data)) return std::nullopt;
   return URI(shared.release());
@@ -122,16 +122,16 @@ void URI::setPort(uint32_t port) {
 void URI::setPath(Path path) { mutableData().path = std::move(path); }
 
 void URI::setUserInfo(std::string_view userInfo) {
-  mutableData().userInfo =
-      uri::normalizeComponent(userInfo, uri::kUserInfoDecodeSet, uri::kUserInfoKeepSet, false);
+  mutableData().userInfo = uri::normalizeComponent(userInfo, uri::kUserInfoDecodeSet,
+                                                   uri::kUserInfoKeepSet, TemplateMode::kOff);
 }
 
-void URI::setQuery(std::string_view query, bool templateMode) {
+void URI::setQuery(std::string_view query, TemplateMode templateMode) {
   mutableData().query =
       uri::normalizeComponent(query, uri::kQueryDecodeSet, uri::kQueryKeepSet, templateMode);
 }
 
-void URI::setFragment(std::string_view fragment, bool templateMode) {
+void URI::setFragment(std::string_view fragment, TemplateMode templateMode) {
   mutableData().fragment = uri::normalizeComponent(fragment, uri::kFragmentDecodeSet,
                                                    uri::kFragmentKeepSet, templateMode);
 }

@@ -6,30 +6,32 @@
 
 namespace {
 
+using qta::TemplateMode;
+
 using qta::uri::CharSet;
 
 struct NormalizeCase {
   const char* text;
-  bool templateMode;
+  qta::TemplateMode templateMode;
   const char* query;     // with the query sets
   const char* fragment;  // with the fragment sets
 };
 
 // One table for both component kinds, so the difference of their sets shows.
 const NormalizeCase kNormalizeCases[] = {
-    {"a%3db", false, "a%3Db", "a=b"},
-    {"a%3ab", false, "a:b", "a:b"},
-    {"%2b+", false, "%2B+", "++"},
-    {"%7e%41%2d", false, "~A-", "~A-"},
-    {"100%", false, "100%25", "100%25"},
-    {"%g1%", false, "%25g1%25", "%25g1%25"},
-    {"a b\"<>", false, "a%20b%22%3C%3E", "a%20b%22%3C%3E"},
-    {"&=;,[]", false, "&=;%2C[]", "&=;,[]"},
-    {"%26%5b", false, "%26%5B", "&%5B"},
-    {"\xC3\xA9", false, "%C3%A9", "%C3%A9"},
-    {"[[ %zz]] ", true, "[[ %zz]]%20", "[[ %zz]]%20"},
-    {"[[ %zz]] ", false, "[[%20%25zz]]%20", "[[%20%25zz]]%20"},
-    {"[[ unclosed", true, "[[%20unclosed", "[[%20unclosed"},
+    {"a%3db", TemplateMode::kOff, "a%3Db", "a=b"},
+    {"a%3ab", TemplateMode::kOff, "a:b", "a:b"},
+    {"%2b+", TemplateMode::kOff, "%2B+", "++"},
+    {"%7e%41%2d", TemplateMode::kOff, "~A-", "~A-"},
+    {"100%", TemplateMode::kOff, "100%25", "100%25"},
+    {"%g1%", TemplateMode::kOff, "%25g1%25", "%25g1%25"},
+    {"a b\"<>", TemplateMode::kOff, "a%20b%22%3C%3E", "a%20b%22%3C%3E"},
+    {"&=;,[]", TemplateMode::kOff, "&=;%2C[]", "&=;,[]"},
+    {"%26%5b", TemplateMode::kOff, "%26%5B", "&%5B"},
+    {"\xC3\xA9", TemplateMode::kOff, "%C3%A9", "%C3%A9"},
+    {"[[ %zz]] ", TemplateMode::kOn, "[[ %zz]]%20", "[[ %zz]]%20"},
+    {"[[ %zz]] ", TemplateMode::kOff, "[[%20%25zz]]%20", "[[%20%25zz]]%20"},
+    {"[[ unclosed", TemplateMode::kOn, "[[%20unclosed", "[[%20unclosed"},
 };
 
 TEST(URIEscape, NormalizeComponent) {
@@ -50,9 +52,9 @@ TEST(URIEscape, PercentEncode) {
   EXPECT_EQ(percentEncode("a b/c:d+e@f~", qta::uri::kPathSegmentSet), "a%20b%2Fc:d%2Be%40f~");
   EXPECT_EQ(percentEncode("%41\xC3\xA9"), "%2541%C3%A9");
   EXPECT_EQ(percentEncode(std::string("a\0b", 3)), "a%00b");
-  EXPECT_EQ(percentEncode("[[a b]]x y", CharSet(), true), "[[a b]]x%20y");
-  EXPECT_EQ(percentEncode("[[a b", CharSet(), true), "%5B%5Ba%20b");
-  EXPECT_EQ(percentEncode("[[a b]]", CharSet(), false), "%5B%5Ba%20b%5D%5D");
+  EXPECT_EQ(percentEncode("[[a b]]x y", CharSet(), TemplateMode::kOn), "[[a b]]x%20y");
+  EXPECT_EQ(percentEncode("[[a b", CharSet(), TemplateMode::kOn), "%5B%5Ba%20b");
+  EXPECT_EQ(percentEncode("[[a b]]", CharSet(), TemplateMode::kOff), "%5B%5Ba%20b%5D%5D");
 }
 
 TEST(URIEscape, DisplayDecode) {
@@ -61,26 +63,27 @@ TEST(URIEscape, DisplayDecode) {
             "a=b&c%25d%20e%zz%");
   EXPECT_EQ(displayDecode("%23%2f%3A", qta::uri::kUserInfoDisplaySet), "#/:");
   EXPECT_EQ(displayDecode("%01%20", CharSet("\x01 ")), "%01%20");  // 32 and below stay escaped
-  EXPECT_EQ(displayDecode("[[%23]]%23", qta::uri::kFragmentDisplaySet, true), "[[%23]]#");
+  EXPECT_EQ(displayDecode("[[%23]]%23", qta::uri::kFragmentDisplaySet, TemplateMode::kOn),
+            "[[%23]]#");
 }
 
 TEST(URIEscape, PercentDecodeAndValidity) {
   struct Case {
     const char* text;
-    bool templateMode;
+    qta::TemplateMode templateMode;
     const char* decoded;
     bool valid;
   };
   const Case cases[] = {
-      {"", false, "", true},
-      {"a%41%4a", false, "aAJ", true},
-      {"%4", false, "%4", false},
-      {"%", false, "%", false},
-      {"%zz%41", false, "%zzA", false},
-      {"%%41", false, "%A", false},
-      {"[[%41%]]%41", true, "[[%41%]]A", true},
-      {"[[%41%]]%41", false, "[[A%]]A", false},
-      {"[[%", true, "[[%", false},
+      {"", TemplateMode::kOff, "", true},
+      {"a%41%4a", TemplateMode::kOff, "aAJ", true},
+      {"%4", TemplateMode::kOff, "%4", false},
+      {"%", TemplateMode::kOff, "%", false},
+      {"%zz%41", TemplateMode::kOff, "%zzA", false},
+      {"%%41", TemplateMode::kOff, "%A", false},
+      {"[[%41%]]%41", TemplateMode::kOn, "[[%41%]]A", true},
+      {"[[%41%]]%41", TemplateMode::kOff, "[[A%]]A", false},
+      {"[[%", TemplateMode::kOn, "[[%", false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);

@@ -13,6 +13,8 @@
 
 namespace {
 
+using qta::TemplateMode;
+
 std::string repeat(const std::string& piece, size_t count) {
   std::string out;
   out.reserve(piece.size() * count);
@@ -62,14 +64,15 @@ TEST(URIHostile, TenThousandEscapes) {
 TEST(URIHostile, UnclosedPlaceholdersInTemplateMode) {
   expectQuick([] {
     const std::string opens = repeat("[[/", 100000);
-    const qta::URI uri("http://h/" + opens + "?" + repeat("[[&[[=", 100000) + "#" + opens, true);
+    const qta::URI uri("http://h/" + opens + "?" + repeat("[[&[[=", 100000) + "#" + opens,
+                       TemplateMode::kOn);
     EXPECT_EQ(uri.path().segments.size(), 100000u);
-    EXPECT_FALSE(uri.toString(true).empty());
+    EXPECT_FALSE(uri.toString(TemplateMode::kOn).empty());
     qta::uri::QueryParameters parameters;
-    qta::uri::parseQuery(repeat("[[=&", 100000), true, parameters);
+    qta::uri::parseQuery(repeat("[[=&", 100000), TemplateMode::kOn, parameters);
     EXPECT_EQ(parameters.size(), 1u);
     EXPECT_EQ(qta::uri::findOutsidePlaceholder(std::string(1 << 20, '['), '/'), std::string::npos);
-    EXPECT_TRUE(qta::uri::hasValidEscapes(std::string(1 << 20, '['), true));
+    EXPECT_TRUE(qta::uri::hasValidEscapes(std::string(1 << 20, '['), TemplateMode::kOn));
   });
 }
 

@@ -6,6 +6,8 @@
 
 namespace {
 
+using qta::TemplateMode;
+
 using qta::uri::QueryParameters;
 
 TEST(URIQuery, ReadsParametersOfAURI) {
@@ -16,17 +18,17 @@ TEST(URIQuery, ReadsParametersOfAURI) {
   EXPECT_TRUE(qta::uri::queryParameters(qta::URI("http://h/")).empty());
 
   QueryParameters lenient;
-  qta::uri::parseQuery("p=%zz%4&%=%", false, lenient);
+  qta::uri::parseQuery("p=%zz%4&%=%", TemplateMode::kOff, lenient);
   EXPECT_EQ(lenient, (QueryParameters{{"%", "%"}, {"p", "%zz%4"}}));
 }
 
 TEST(URIQuery, ParseQueryClearsTheMapAndHonoursPlaceholders) {
   QueryParameters parameters = {{"stale", "x"}};
-  qta::uri::parseQuery("a=[[x&y=z]]&[[n=m]]=%41&k=[[%41]]", true, parameters);
+  qta::uri::parseQuery("a=[[x&y=z]]&[[n=m]]=%41&k=[[%41]]", TemplateMode::kOn, parameters);
   const QueryParameters templated = {{"a", "[[x&y=z]]"}, {"[[n=m]]", "A"}, {"k", "[[%41]]"}};
   EXPECT_EQ(parameters, templated);
 
-  qta::uri::parseQuery("a=[[x&y=z]]", false, parameters);
+  qta::uri::parseQuery("a=[[x&y=z]]", TemplateMode::kOff, parameters);
   const QueryParameters plain = {{"a", "[[x"}, {"y", "z]]"}};
   EXPECT_EQ(parameters, plain);
 }
@@ -43,7 +45,7 @@ TEST(URIQuery, BuiltQueryReadsBack) {
   expected.erase("");
   EXPECT_EQ(qta::uri::queryParameters(uri), expected);
 
-  EXPECT_EQ(qta::uri::buildQuery({{"t", "[[a b]]"}}, true), "t=[[a b]]");
+  EXPECT_EQ(qta::uri::buildQuery({{"t", "[[a b]]"}}, TemplateMode::kOn), "t=[[a b]]");
 }
 
 }  // namespace

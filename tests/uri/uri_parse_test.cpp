@@ -9,62 +9,64 @@
 
 namespace {
 
+using qta::TemplateMode;
+
 using qtatest::describe;
 
 struct ParseCase {
   const char* text;
-  bool templateMode;
+  qta::TemplateMode templateMode;
   const char* expected;  // describe() of the result; nullptr when the text is invalid
 };
 
 const ParseCase kAuthorityCases[] = {
-    {"HTTP://Server1", false, "http||server1|80|AT||"},
-    {"http://server1:0/", false, "http||server1|80|AT||"},
-    {"http://server1:0080/", false, "http||server1|80|AT||"},
-    {"https://h:65535/", false, "https||h|65535|AT||"},
-    {"coaps+tcp://h", false, "coaps+tcp||h|5684|AT||"},
-    {"gopher://h", false, "gopher||h|0|AT||"},
-    {"http://[fe80::1%25eth0]:8080/x", false, "http||fe80::1%eth0|8080|A{x}||"},
-    {"http://[fe80::1%25e%74h-0]/", false, "http||fe80::1%eth-0|80|AT||"},
-    {"http://[::FFFF:1.2.3.4]/", false, "http||::FFFF:1.2.3.4|80|AT||"},
-    {"http://192.168.0.1:8080/", false, "http||192.168.0.1|8080|AT||"},
-    {"http://%48ost.Example./", false, "http||host.example.|80|AT||"},
+    {"HTTP://Server1", TemplateMode::kOff, "http||server1|80|AT||"},
+    {"http://server1:0/", TemplateMode::kOff, "http||server1|80|AT||"},
+    {"http://server1:0080/", TemplateMode::kOff, "http||server1|80|AT||"},
+    {"https://h:65535/", TemplateMode::kOff, "https||h|65535|AT||"},
+    {"coaps+tcp://h", TemplateMode::kOff, "coaps+tcp||h|5684|AT||"},
+    {"gopher://h", TemplateMode::kOff, "gopher||h|0|AT||"},
+    {"http://[fe80::1%25eth0]:8080/x", TemplateMode::kOff, "http||fe80::1%eth0|8080|A{x}||"},
+    {"http://[fe80::1%25e%74h-0]/", TemplateMode::kOff, "http||fe80::1%eth-0|80|AT||"},
+    {"http://[::FFFF:1.2.3.4]/", TemplateMode::kOff, "http||::FFFF:1.2.3.4|80|AT||"},
+    {"http://192.168.0.1:8080/", TemplateMode::kOff, "http||192.168.0.1|8080|AT||"},
+    {"http://%48ost.Example./", TemplateMode::kOff, "http||host.example.|80|AT||"},
     {"http://B\xC3\xBC"
      "cher.example/",
-     false, "http||xn--bcher-kva.example|80|AT||"},
-    {"udp://@:1234", false, "udp|||1234|AT||"},
-    {"rtp://", false, "rtp|||0|AT||"},
-    {"http:///x", false, "http|||0|A{x}||"},
-    {"qta://Some Name:1/", false, "qta||Some Name:1|0|AT||"},
-    {"project://a%2Fb@x/", false, "project|a%2Fb|x|0|AT||"},
-    {"//server/dir", false, "file||server|0|A{dir}||"},
-    {"ftp://us%65r:p%40ss;x=%2a@h/", false, "ftp|user:p%40ss;x=*|h|21|AT||"},
-    {"http://u@h/", false, "http|u|h|80|AT||"},
+     TemplateMode::kOff, "http||xn--bcher-kva.example|80|AT||"},
+    {"udp://@:1234", TemplateMode::kOff, "udp|||1234|AT||"},
+    {"rtp://", TemplateMode::kOff, "rtp|||0|AT||"},
+    {"http:///x", TemplateMode::kOff, "http|||0|A{x}||"},
+    {"qta://Some Name:1/", TemplateMode::kOff, "qta||Some Name:1|0|AT||"},
+    {"project://a%2Fb@x/", TemplateMode::kOff, "project|a%2Fb|x|0|AT||"},
+    {"//server/dir", TemplateMode::kOff, "file||server|0|A{dir}||"},
+    {"ftp://us%65r:p%40ss;x=%2a@h/", TemplateMode::kOff, "ftp|user:p%40ss;x=*|h|21|AT||"},
+    {"http://u@h/", TemplateMode::kOff, "http|u|h|80|AT||"},
 };
 
 const ParseCase kPathQueryFragmentCases[] = {
-    {"", false, "|||0|||"},
-    {"?q#f", false, "|||0||q|f"},
-    {"a/./b/../c/", false, "|||0|T{a}{c}||"},
-    {"../x", false, "|||0|{..}{x}||"},
-    {"a/../../b/..", false, "|||0|T{..}||"},
-    {".", false, "|||0|T||"},
-    {"http://h/../x", false, "http||h|80|A{x}||"},
-    {"http://h/a/b/../../..", false, "http||h|80|AT||"},
-    {"http:/../x", false, "http|||0|A{..}{x}||"},
-    {"urn:a:b", false, "urn|||0|{a:b}||"},
-    {"mailto:someone@example.com", false, "mailto|||0|{someone@example.com}||"},
-    {"1http://x", false, "|||0|{1http:}{}{x}||"},
-    {"file:///tmp/x%20y", false, "file|||0|A{tmp}{x y}||"},
-    {"http://h//a%2Fb//", false, "http||h|80|AT{}{a/b}{}||"},
-    {"http://h/?a%3db&c%3ad+%2b%7e%20", false, "http||h|80|AT|a%3Db&c:d+%2B~%20|"},
-    {"http://h/#a%2fb%23?%5B]", false, "http||h|80|AT||a/b%23?%5B]"},
-    {"http://h/?a#b#c", false, "http||h|80|AT|a|b%23c"},
-    {"http://h/[[a/b?c]]/d", true, "http||h|80|A{[[a/b?c]]}{d}||"},
-    {"http://h/[[a/b?c]]/d", false, "http||h|80|A{[[a}{b}|c]]/d|"},
-    {"http://h/x[[%zz]]y%41", true, "http||h|80|A{x[[%zz]]yA}||"},
-    {"http://h/[[a/b", true, "http||h|80|A{[[a}{b}||"},
-    {"http://h/?[[a#b]]&x=%41#[[ ]]", true, "http||h|80|AT|[[a#b]]&x=A|[[ ]]"},
+    {"", TemplateMode::kOff, "|||0|||"},
+    {"?q#f", TemplateMode::kOff, "|||0||q|f"},
+    {"a/./b/../c/", TemplateMode::kOff, "|||0|T{a}{c}||"},
+    {"../x", TemplateMode::kOff, "|||0|{..}{x}||"},
+    {"a/../../b/..", TemplateMode::kOff, "|||0|T{..}||"},
+    {".", TemplateMode::kOff, "|||0|T||"},
+    {"http://h/../x", TemplateMode::kOff, "http||h|80|A{x}||"},
+    {"http://h/a/b/../../..", TemplateMode::kOff, "http||h|80|AT||"},
+    {"http:/../x", TemplateMode::kOff, "http|||0|A{..}{x}||"},
+    {"urn:a:b", TemplateMode::kOff, "urn|||0|{a:b}||"},
+    {"mailto:someone@example.com", TemplateMode::kOff, "mailto|||0|{someone@example.com}||"},
+    {"1http://x", TemplateMode::kOff, "|||0|{1http:}{}{x}||"},
+    {"file:///tmp/x%20y", TemplateMode::kOff, "file|||0|A{tmp}{x y}||"},
+    {"http://h//a%2Fb//", TemplateMode::kOff, "http||h|80|AT{}{a/b}{}||"},
+    {"http://h/?a%3db&c%3ad+%2b%7e%20", TemplateMode::kOff, "http||h|80|AT|a%3Db&c:d+%2B~%20|"},
+    {"http://h/#a%2fb%23?%5B]", TemplateMode::kOff, "http||h|80|AT||a/b%23?%5B]"},
+    {"http://h/?a#b#c", TemplateMode::kOff, "http||h|80|AT|a|b%23c"},
+    {"http://h/[[a/b?c]]/d", TemplateMode::kOn, "http||h|80|A{[[a/b?c]]}{d}||"},
+    {"http://h/[[a/b?c]]/d", TemplateMode::kOff, "http||h|80|A{[[a}{b}|c]]/d|"},
+    {"http://h/x[[%zz]]y%41", TemplateMode::kOn, "http||h|80|A{x[[%zz]]yA}||"},
+    {"http://h/[[a/b", TemplateMode::kOn, "http||h|80|A{[[a}{b}||"},
+    {"http://h/?[[a#b]]&x=%41#[[ ]]", TemplateMode::kOn, "http||h|80|AT|[[a#b]]&x=A|[[ ]]"},
 };
 
 const char* const kInvalidTexts[] = {
@@ -126,7 +128,7 @@ TEST(URIParse, InvalidTextsGiveTheEmptyURI) {
     EXPECT_FALSE(qta::URI::tryParse(text).has_value());
     qta::URI::Data data;
     data.scheme = "stale";
-    EXPECT_FALSE(qta::URI::parse(text, false, data));
+    EXPECT_FALSE(qta::URI::parse(text, TemplateMode::kOff, data));
     EXPECT_EQ(describe(qta::URI(text)), "|||0|||");
     EXPECT_TRUE(data.scheme.empty());
   }

@@ -6,6 +6,8 @@
 
 namespace {
 
+using qta::TemplateMode;
+
 struct WriteCase {
   const char* text;
   const char* full;
@@ -53,11 +55,13 @@ TEST(URIWrite, FullDisplayRootAndLocalForms) {
 
 TEST(URIWrite, TemplatePlaceholdersAreCopiedVerbatim) {
   const char* text = "http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]";
-  const qta::URI uri(text, true);
-  EXPECT_EQ(uri.toString(true), "http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]");
-  EXPECT_EQ(uri.toDisplayString(true), "http://h/[[a/b?c]]/d e?x=[[y z]]&[[#]]#[[f g]]");
+  const qta::URI uri(text, TemplateMode::kOn);
+  EXPECT_EQ(uri.toString(TemplateMode::kOn), "http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]");
+  EXPECT_EQ(uri.toDisplayString(TemplateMode::kOn),
+            "http://h/[[a/b?c]]/d e?x=[[y z]]&[[#]]#[[f g]]");
   // Outside template mode the placeholder segment is an ordinary segment.
-  EXPECT_EQ(uri.toString(false), "http://h/%5B%5Ba%2Fb%3Fc%5D%5D/d%20e?x=[[y z]]&[[#]]#[[f g]]");
+  EXPECT_EQ(uri.toString(TemplateMode::kOff),
+            "http://h/%5B%5Ba%2Fb%3Fc%5D%5D/d%20e?x=[[y z]]&[[#]]#[[f g]]");
 }
 
 TEST(URIWrite, DataURIsAreWrittenInBase64AndDisplayedWithoutPayload) {

@@ -24,7 +24,7 @@ qta::JSON::root pathObject(const qta::URI::Path& path) {
   return object;
 }
 
-qta::JSON::root describe(const qta::URI& uri, bool templateMode) {
+qta::JSON::root describe(const qta::URI& uri, qta::TemplateMode templateMode) {
   using qta::json::makeString;
   qta::JSON::root object = qta::json::makeObject();
   object->set("scheme", makeString(uri.scheme()));
@@ -47,11 +47,11 @@ int runUri(Args args) {
   const Command& command = *findCommand("uri");
   if (args.empty()) return usageError(command, "missing 'parse'");
   if (args[0] != "parse") return usageError(command, "expected 'parse', not '" + args[0] + "'");
-  bool templateMode = false;
+  qta::TemplateMode templateMode = qta::TemplateMode::kOff;
   std::optional<std::string> text;
   for (const std::string& arg : args.subspan(1)) {
     if (arg == "--template") {
-      templateMode = true;
+      templateMode = qta::TemplateMode::kOn;
     } else if (arg.size() > 1 && arg[0] == '-' && !text) {
       return usageError(command, "unknown option '" + arg + "'");
     } else if (text) {

@@ -33,8 +33,9 @@ void demoUri(std::ostream& out) {
   const qta::URI local("file:///media/My%20Clips/a.mp4");
   out << "local path of " << local.toString() << ": " << local.localPath() << "\n";
 
-  const qta::URI templated("http://cdn.example/[[channel]]/live.m3u8?token=[[token]]", true);
-  out << "template: " << templated.toString(true) << "\n";
+  const qta::URI templated("http://cdn.example/[[channel]]/live.m3u8?token=[[token]]",
+                           qta::TemplateMode::kOn);
+  out << "template: " << templated.toString(qta::TemplateMode::kOn) << "\n";
 
   const qta::URI note = qta::URI::fromData({'h', 'i'}, "text/plain");
   out << "data URI: " << note.toString() << " shown as " << note.toDisplayString() << "\n";

@@ -26,7 +26,7 @@ std::optional<size_t> parseSchemeAndAuthority(URI::Data& data, std::string_view 
 // Reads the path at the start of `text` (up to "?" or "#") into `path`,
 // splitting at "/" and percent-decoding the segments. Returns the position
 // after the path, or nothing when a segment holds an invalid escape.
-std::optional<size_t> parsePath(std::string_view text, bool templateMode, URI::Path& path);
+std::optional<size_t> parsePath(std::string_view text, TemplateMode templateMode, URI::Path& path);
 
 // Removes "." and ".." segments. A rooted path (one under an authority) becomes
 // absolute and cannot climb above its root.

@@ -33,13 +33,14 @@ QueryParameters queryParameters(const URI& uri);
 // Clears `out` and reads the parameters of a query text (without "?"). In
 // template mode "&" and "=" inside placeholders do not split, and placeholders
 // are not decoded.
-void parseQuery(std::string_view query, bool templateMode, QueryParameters& out);
+void parseQuery(std::string_view query, TemplateMode templateMode, QueryParameters& out);
 
 // The query text ("a=1&b=x%26y", without "?") for `parameters`, in the map's
 // order. Names and values are normalised with the parameter sets above, so an
 // escape already present ("%41") is read as an escape; write "%25" for a
 // literal "%". Parameters with an empty name are left out.
-std::string buildQuery(const QueryParameters& parameters, bool templateMode = false);
+std::string buildQuery(const QueryParameters& parameters,
+                       TemplateMode templateMode = TemplateMode::kOff);
 
 }  // namespace qta::uri
 

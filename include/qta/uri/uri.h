@@ -26,6 +26,8 @@
 #include <string_view>
 #include <vector>
 
+#include "qta/uri/template_mode.h"
+
 namespace qta {
 
 // The decoded payload of a "data" URI.
@@ -68,15 +70,16 @@ class URI {
   URI& operator=(URI&& other) noexcept;
   ~URI();
   // Parses `text`; the empty URI when the text is not a valid URI.
-  explicit URI(std::string_view text, bool templateMode = false);
+  explicit URI(std::string_view text, TemplateMode templateMode = TemplateMode::kOff);
   // From components copied unchanged; a port of 0 becomes the scheme's default.
   URI(std::string scheme, std::string host, uint32_t port);
 
   // Parses `text` into `out`. On failure returns false and leaves `out` empty.
   // `text` must not point into `out`, which is cleared first.
-  static bool parse(std::string_view text, bool templateMode, Data& out);
+  static bool parse(std::string_view text, TemplateMode templateMode, Data& out);
   // The parsed URI, or nothing when the text is not a valid URI.
-  static std::optional<URI> tryParse(std::string_view text, bool templateMode = false);
+  static std::optional<URI> tryParse(std::string_view text,
+                                     TemplateMode templateMode = TemplateMode::kOff);
   // A "data" URI holding `bytes` (empty media type: "text/plain;charset=US-ASCII").
   static URI fromData(std::vector<uint8_t> bytes, std::string mediaType);
 
@@ -101,14 +104,14 @@ class URI {
   // User info, query and fragment are given in escaped form and stored
   // normalised as the parser stores them; an invalid "%" becomes "%25".
   void setUserInfo(std::string_view userInfo);
-  void setQuery(std::string_view query, bool templateMode = false);
-  void setFragment(std::string_view fragment, bool templateMode = false);
+  void setQuery(std::string_view query, TemplateMode templateMode = TemplateMode::kOff);
+  void setFragment(std::string_view fragment, TemplateMode templateMode = TemplateMode::kOff);
 
   // The full text form, which parses back to this URI.
-  std::string toString(bool templateMode = false) const;
+  std::string toString(TemplateMode templateMode = TemplateMode::kOff) const;
   // The readable form for messages: escapes decoded where that stays
   // unambiguous, user info kept, a data URI's payload shown as "[...]".
-  std::string toDisplayString(bool templateMode = false) const;
+  std::string toDisplayString(TemplateMode templateMode = TemplateMode::kOff) const;
   // Scheme and authority only: "http://host:8080/".
   std::string rootString() const;
   // The file path of a local file URI ("file:" with no host or "localhost",
