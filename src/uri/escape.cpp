@@ -1,4 +1,5 @@
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -155,10 +156,17 @@ bool hasValidEscapes(std::string_view text, TemplateMode templateMode) {
   return true;
 }
 
-std::string percentDecode(std::string_view text, bool& ok, TemplateMode templateMode) {
+std::optional<std::string> percentDecode(std::string_view text, TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
-  ok = detail::appendPercentDecoded(out, text, templateMode);
+  if (!detail::appendPercentDecoded(out, text, templateMode)) return std::nullopt;
+  return out;
+}
+
+std::string percentDecodeLeniently(std::string_view text, TemplateMode templateMode) {
+  std::string out;
+  out.reserve(text.size());
+  detail::appendPercentDecoded(out, text, templateMode);
   return out;
 }
 

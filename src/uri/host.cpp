@@ -1,4 +1,4 @@
-#include "qta/uri/host.h"
+#include "uri/host_detail.h"
 
 #include <idn-free.h>
 #include <idna.h>
@@ -12,7 +12,6 @@
 #include <string_view>
 
 #include "uri/escape_append.h"
-#include "uri/host_detail.h"
 
 namespace qta::uri {
 namespace {
@@ -211,18 +210,6 @@ bool checkHost(URI::Data& data, bool keepTrailingHyphen) {
     return true;
   }
   return detail::isHostName(host, keepTrailingHyphen) && toAsciiHost(host, keepTrailingHyphen);
-}
-
-std::string hostForOutput(const URI::Data& data) {
-  std::string out;
-  detail::appendHostForOutput(out, data);
-  return out;
-}
-
-std::string hostAndPort(const URI::Data& data) {
-  std::string out;
-  detail::appendHostAndPort(out, data);
-  return out;
 }
 
 namespace detail {

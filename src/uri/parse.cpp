@@ -1,4 +1,4 @@
-#include "qta/uri/parse.h"
+#include "uri/parse.h"
 
 #include <algorithm>
 #include <string>

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "qta/uri/escape.h"
 #include "uri/escape_append.h"
 #include "uri/placeholder.h"
 
@@ -10,13 +11,10 @@ namespace qta::uri {
 namespace {
 
 constexpr CharSet kAmpersand{"&"};
+// Escapes the query builder leaves decoded, and characters it keeps literal.
+constexpr CharSet kQueryParameterDecodeSet{"*:/?@"};
+constexpr CharSet kQueryParameterKeepSet{";[]"};
 constexpr CharSet kEquals{"="};
-
-// A bad escape is copied as it is.
-std::string decodedLeniently(std::string_view text, TemplateMode templateMode) {
-  bool ok = true;
-  return percentDecode(text, ok, templateMode);
-}
 
 }  // namespace
 
@@ -40,10 +38,10 @@ void parseQuery(std::string_view query, TemplateMode templateMode, QueryParamete
     const size_t nameSize =
         detail::findStop(query.substr(0, end), partStart, kEquals, templateMode, placeholders) -
         partStart;
-    std::string name = decodedLeniently(part.substr(0, nameSize), templateMode);
+    std::string name = percentDecodeLeniently(part.substr(0, nameSize), templateMode);
     if (out.count(name) != 0) continue;  // the first value is kept
     const std::string_view value = nameSize < part.size() ? part.substr(nameSize + 1) : "";
-    out.emplace(std::move(name), decodedLeniently(value, templateMode));
+    out.emplace(std::move(name), percentDecodeLeniently(value, templateMode));
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "qta/uri/escape.h"
 #include "qta/uri/host.h"
+#include "uri/host_detail.h"
 
 namespace qta {
 

@@ -26,12 +26,13 @@
 #include <string_view>
 #include <vector>
 
+#include "qta/export.h"
 #include "qta/uri/template_mode.h"
 
 namespace qta {
 
 // The decoded payload of a "data" URI.
-struct DataURIContent {
+struct QTA_EXPORT DataURIContent {
   // An empty media type becomes "text/plain;charset=US-ASCII".
   DataURIContent(std::vector<uint8_t>&& bytes, std::string&& mediaType);
 
@@ -39,7 +40,7 @@ struct DataURIContent {
   std::vector<uint8_t> bytes;
 };
 
-class URI {
+class QTA_EXPORT URI {
  public:
   struct Path {
     bool absolute = false;              // began with "/"

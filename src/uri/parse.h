@@ -1,10 +1,7 @@
-// qta/uri/parse.h: the steps URI::parse is made of, for callers that parse
-// parts of a URI on their own.
-//
-// Each function writes only to its output arguments; any number of threads
-// may call them at once on different outputs.
-#ifndef QTA_URI_PARSE_H_
-#define QTA_URI_PARSE_H_
+// The steps URI::parse is made of. Each function writes only to its output
+// arguments.
+#ifndef QTA_SRC_URI_PARSE_H_
+#define QTA_SRC_URI_PARSE_H_
 
 #include <cstddef>
 #include <optional>
@@ -34,4 +31,4 @@ void removeDotSegments(URI::Path& path, bool rooted);
 
 }  // namespace qta::uri
 
-#endif  // QTA_URI_PARSE_H_
+#endif  // QTA_SRC_URI_PARSE_H_
