@@ -1,150 +1,108 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
-#include <span>
 #include <string>
 
+#include "qta/uri/escape.h"
+#include "qta/uri/query.h"
 #include "qta/uri/uri.h"
 #include "uri/describe.h"
 
 namespace {
 
 using qta::TemplateMode;
-
 using qtatest::describe;
 
 struct ParseCase {
   const char* text;
-  qta::TemplateMode templateMode;
-  const char* expected;  // describe() of the result; nullptr when the text is invalid
+  const char* expected;  // describe() of the result
+  TemplateMode templateMode = TemplateMode::kOff;
 };
 
-const ParseCase kAuthorityCases[] = {
-    {"HTTP://Server1", TemplateMode::kOff, "http||server1|80|AT||"},
-    {"http://server1:0/", TemplateMode::kOff, "http||server1|80|AT||"},
-    {"http://server1:0080/", TemplateMode::kOff, "http||server1|80|AT||"},
-    {"https://h:65535/", TemplateMode::kOff, "https||h|65535|AT||"},
-    {"coaps+tcp://h", TemplateMode::kOff, "coaps+tcp||h|5684|AT||"},
-    {"gopher://h", TemplateMode::kOff, "gopher||h|0|AT||"},
-    {"http://[fe80::1%25eth0]:8080/x", TemplateMode::kOff, "http||fe80::1%eth0|8080|A{x}||"},
-    {"http://[fe80::1%25e%74h-0]/", TemplateMode::kOff, "http||fe80::1%eth-0|80|AT||"},
-    {"http://[::FFFF:1.2.3.4]/", TemplateMode::kOff, "http||::FFFF:1.2.3.4|80|AT||"},
-    {"http://192.168.0.1:8080/", TemplateMode::kOff, "http||192.168.0.1|8080|AT||"},
-    {"http://%48ost.Example./", TemplateMode::kOff, "http||host.example.|80|AT||"},
-    {"http://B\xC3\xBC"
-     "cher.example/",
-     TemplateMode::kOff, "http||xn--bcher-kva.example|80|AT||"},
-    {"udp://@:1234", TemplateMode::kOff, "udp|||1234|AT||"},
-    {"rtp://", TemplateMode::kOff, "rtp|||0|AT||"},
-    {"http:///x", TemplateMode::kOff, "http|||0|A{x}||"},
-    {"qta://Some Name:1/", TemplateMode::kOff, "qta||Some Name:1|0|AT||"},
-    {"project://a%2Fb@x/", TemplateMode::kOff, "project|a%2Fb|x|0|AT||"},
-    {"//server/dir", TemplateMode::kOff, "file||server|0|A{dir}||"},
-    {"ftp://us%65r:p%40ss;x=%2a@h/", TemplateMode::kOff, "ftp|user:p%40ss;x=*|h|21|AT||"},
-    {"http://u@h/", TemplateMode::kOff, "http|u|h|80|AT||"},
+// clang-format off
+const ParseCase kParseCases[] = {
+    {"HTTP://Server1", "http||server1|80|AT||"}, {"http://server1:0/", "http||server1|80|AT||"},
+    {"http://server1:0080/", "http||server1|80|AT||"}, {"https://h:65535/", "https||h|65535|AT||"},
+    {"coaps+tcp://h", "coaps+tcp||h|5684|AT||"}, {"gopher://h", "gopher||h|0|AT||"},
+    {"http://[fe80::1%25eth0]:8080/x", "http||fe80::1%eth0|8080|A{x}||"},
+    {"http://[fe80::1%25e%74h-0]/", "http||fe80::1%eth-0|80|AT||"},
+    {"http://%48ost.Example./", "http||host.example.|80|AT||"},
+    {"http://Bücher.example/", "http||xn--bcher-kva.example|80|AT||"},
+    {"udp://@:1234", "udp|||1234|AT||"}, {"rtp://", "rtp|||0|AT||"},
+    {"http:///x", "http|||0|A{x}||"}, {"qta://Some Name:1/", "qta||Some Name:1|0|AT||"},
+    {"project://a%2Fb@x/", "project|a%2Fb|x|0|AT||"}, {"//server/dir", "file||server|0|A{dir}||"},
+    {"ftp://us%65r:p%40ss;x=%2a@h/", "ftp|user:p%40ss;x=*|h|21|AT||"},
+    // Paths, queries and fragments.
+    {"", "|||0|||"}, {"?q#f", "|||0||q|f"}, {".", "|||0|T||"}, {"../x", "|||0|{..}{x}||"},
+    {"a/./b/../c/", "|||0|T{a}{c}||"}, {"a/../../b/..", "|||0|T{..}||"},
+    {"http://h/../x", "http||h|80|A{x}||"}, {"http://h/a/b/../../..", "http||h|80|AT||"},
+    {"http:/../x", "http|||0|A{..}{x}||"}, {"urn:a:b", "urn|||0|{a:b}||"},
+    {"1http://x", "|||0|{1http:}{}{x}||"}, {"http://h//a%2Fb//", "http||h|80|AT{}{a/b}{}||"},
+    {"http://h/?a%3db&c%3ad+%2b%7e%20", "http||h|80|AT|a%3Db&c:d+%2B~%20|"},
+    {"http://h/#a%2fb%23?%5B]", "http||h|80|AT||a/b%23?%5B]"},
+    {"http://h/?a#b#c", "http||h|80|AT|a|b%23c"},
+    {"http://h/[[a/b?c]]/d", "http||h|80|A{[[a/b?c]]}{d}||", TemplateMode::kOn},
+    {"http://h/[[a/b?c]]/d", "http||h|80|A{[[a}{b}|c]]/d|"},
+    {"http://h/x[[%zz]]y%41", "http||h|80|A{x[[%zz]]yA}||", TemplateMode::kOn},
+    {"http://h/[[a/b", "http||h|80|A{[[a}{b}||", TemplateMode::kOn},
+    {"http://h/?[[a#b]]&x=%41#[[ ]]", "http||h|80|AT|[[a#b]]&x=A|[[ ]]", TemplateMode::kOn},
 };
 
-const ParseCase kPathQueryFragmentCases[] = {
-    {"", TemplateMode::kOff, "|||0|||"},
-    {"?q#f", TemplateMode::kOff, "|||0||q|f"},
-    {"a/./b/../c/", TemplateMode::kOff, "|||0|T{a}{c}||"},
-    {"../x", TemplateMode::kOff, "|||0|{..}{x}||"},
-    {"a/../../b/..", TemplateMode::kOff, "|||0|T{..}||"},
-    {".", TemplateMode::kOff, "|||0|T||"},
-    {"http://h/../x", TemplateMode::kOff, "http||h|80|A{x}||"},
-    {"http://h/a/b/../../..", TemplateMode::kOff, "http||h|80|AT||"},
-    {"http:/../x", TemplateMode::kOff, "http|||0|A{..}{x}||"},
-    {"urn:a:b", TemplateMode::kOff, "urn|||0|{a:b}||"},
-    {"mailto:someone@example.com", TemplateMode::kOff, "mailto|||0|{someone@example.com}||"},
-    {"1http://x", TemplateMode::kOff, "|||0|{1http:}{}{x}||"},
-    {"file:///tmp/x%20y", TemplateMode::kOff, "file|||0|A{tmp}{x y}||"},
-    {"http://h//a%2Fb//", TemplateMode::kOff, "http||h|80|AT{}{a/b}{}||"},
-    {"http://h/?a%3db&c%3ad+%2b%7e%20", TemplateMode::kOff, "http||h|80|AT|a%3Db&c:d+%2B~%20|"},
-    {"http://h/#a%2fb%23?%5B]", TemplateMode::kOff, "http||h|80|AT||a/b%23?%5B]"},
-    {"http://h/?a#b#c", TemplateMode::kOff, "http||h|80|AT|a|b%23c"},
-    {"http://h/[[a/b?c]]/d", TemplateMode::kOn, "http||h|80|A{[[a/b?c]]}{d}||"},
-    {"http://h/[[a/b?c]]/d", TemplateMode::kOff, "http||h|80|A{[[a}{b}|c]]/d|"},
-    {"http://h/x[[%zz]]y%41", TemplateMode::kOn, "http||h|80|A{x[[%zz]]yA}||"},
-    {"http://h/[[a/b", TemplateMode::kOn, "http||h|80|A{[[a}{b}||"},
-    {"http://h/?[[a#b]]&x=%41#[[ ]]", TemplateMode::kOn, "http||h|80|AT|[[a#b]]&x=A|[[ ]]"},
-};
-
+// data: URIs are not read yet.
 const char* const kInvalidTexts[] = {
-    "http://server1:65536/",
-    "http://server1:/",
-    "http://server1:8a/",
-    "http://[fe80::1%eth0]/",
-    "http://[fe80::1%25]/",
-    "http://[fe80::1%25e.0]/",
-    "http://[fe80::1%25e%zz]/",
-    "http://[::]/",
-    "http://[::1",
-    "http://[::1]x/",
-    "http://[v1.x]/",
-    "http://a@b@c/",
-    "http://u[1]@h/",
-    "http://:80/",
-    "http://-h/",
-    "http://h-/",
-    "http://h_x/",
-    "http://a..b/",
-    "http://h%00/",
-    "http://h%zz/",
-    "http://host?x",
-    "http://host#f",
-    "http://h/%zz",
-    "http://h/?%g1",
-    "http://h/#%",
-    "qta://%zz/",
-    "qta://a%01/",
-    "data:,text",  // data: URIs are not read yet
-};
+    "http://server1:65536/", "http://server1:/", "http://server1:8a/", "http://[fe80::1%eth0]/",
+    "http://[fe80::1%25]/", "http://[fe80::1%25e.0]/", "http://[fe80::1%25e%zz]/", "http://[::]/",
+    "http://[::1", "http://[::1]x/", "http://[v1.x]/", "http://a@b@c/", "http://u[1]@h/",
+    "http://:80/", "http://-h/", "http://h-/", "http://h_x/", "http://a..b/", "http://h%00/",
+    "http://h%zz/", "http://host?x", "http://host#f", "http://h/%zz", "http://h/?%g1",
+    "http://h/#%", "qta://%zz/", "qta://a%01/", "data:,text"};
+// clang-format on
 
-void expectParses(const ParseCase& c) {
-  SCOPED_TRACE(std::string("text: ") + c.text);
-  const std::optional<qta::URI> uri = qta::URI::tryParse(c.text, c.templateMode);
-  ASSERT_TRUE(uri.has_value());
-  EXPECT_EQ(describe(*uri), c.expected);
-  EXPECT_EQ(describe(qta::URI(c.text, c.templateMode)), c.expected);
-}
-
-TEST(URIParse, SchemeAndAuthority) {
-  for (const ParseCase& c : kAuthorityCases) expectParses(c);
-}
-
-TEST(URIParse, PathQueryAndFragment) {
-  for (const ParseCase& c : kPathQueryFragmentCases) expectParses(c);
-}
-
-TEST(URIParse, LabelLengthLimit) {
-  const std::string label63(63, 'a');
-  EXPECT_EQ(qta::URI("http://" + label63 + ".b/").host(), label63 + ".b");
-  EXPECT_FALSE(qta::URI::tryParse("http://" + label63 + "a.b/").has_value());
+TEST(URIParse, ValidTexts) {
+  for (const ParseCase& c : kParseCases) {
+    SCOPED_TRACE(c.text);
+    const std::optional<qta::URI> uri = qta::URI::tryParse(c.text, c.templateMode);
+    ASSERT_TRUE(uri.has_value());
+    EXPECT_EQ(describe(*uri), c.expected);
+    EXPECT_EQ(describe(qta::URI(c.text, c.templateMode)), c.expected);
+  }
 }
 
 TEST(URIParse, InvalidTextsGiveTheEmptyURI) {
   for (const char* text : kInvalidTexts) {
     SCOPED_TRACE(text);
-    EXPECT_FALSE(qta::URI::tryParse(text).has_value());
     qta::URI::Data data;
     data.scheme = "stale";
     EXPECT_FALSE(qta::URI::parse(text, TemplateMode::kOff, data));
-    EXPECT_EQ(describe(qta::URI(text)), "|||0|||");
     EXPECT_TRUE(data.scheme.empty());
+    EXPECT_EQ(describe(qta::URI(text)), "|||0|||");
   }
 }
 
-// Every accepted text is written as a text that reads back as the same URI.
-TEST(URIParse, WrittenFormReadsBackEqual) {
-  for (std::span<const ParseCase> table : {std::span<const ParseCase>(kAuthorityCases),
-                                           std::span<const ParseCase>(kPathQueryFragmentCases)}) {
-    for (const ParseCase& c : table) {
-      SCOPED_TRACE(c.text);
-      const qta::URI uri(c.text, c.templateMode);
-      const std::string written = uri.toString(c.templateMode);
-      EXPECT_EQ(describe(qta::URI(written, c.templateMode)), describe(uri)) << written;
-    }
-  }
+std::string repeat(const std::string& piece, size_t count) {
+  std::string out;
+  for (size_t i = 0; i < count; ++i) out += piece;
+  return out;
+}
+
+// Adversarial texts that a quadratic step would take minutes on. The bound is
+// generous for sanitizer builds on a busy machine.
+TEST(URIHostile, LargeTextsTakeLinearTime) {
+  const auto start = std::chrono::steady_clock::now();
+  const qta::URI climbing("http://h/" + repeat("a/", 50000) + repeat("../", 100000) + "x");
+  EXPECT_EQ(climbing.toString(), "http://h/x");
+  EXPECT_EQ(qta::URI(repeat("../", 100000) + "x").path().segments.size(), 100001u);
+  const std::string opens = repeat("[[/", 100000);
+  const qta::URI templated("http://h/" + opens + "?" + repeat("[[&[[=", 100000) + "#" + opens,
+                           TemplateMode::kOn);
+  EXPECT_EQ(templated.path().segments.size(), 100000u);
+  qta::uri::QueryParameters parameters;
+  qta::uri::parseQuery(repeat("[[=&", 100000), TemplateMode::kOn, parameters);
+  EXPECT_EQ(parameters.size(), 1u);
+  EXPECT_EQ(qta::uri::findOutsidePlaceholder(std::string(1 << 20, '['), '/', 1 << 19),
+            std::string::npos);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 }  // namespace
