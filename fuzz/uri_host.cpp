@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "qta/uri/host.h"
+#include "uri/host_detail.h"
 #include "uri/libidn_reference.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -50,7 +50,8 @@ bool writtenFormCannotReadBack(const qta::URI& uri) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
-  const bool templateMode = (data[0] & 1) != 0;
+  const qta::TemplateMode templateMode =
+      (data[0] & 1) != 0 ? qta::TemplateMode::kOn : qta::TemplateMode::kOff;
   const std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);
   const std::optional<qta::URI> uri = qta::URI::tryParse(text, templateMode);
   if (!uri) return 0;

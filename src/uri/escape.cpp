@@ -1,4 +1,5 @@
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,7 +25,7 @@ int hexValue(char c) {
 // special(out, position) writes what belongs there and returns the position
 // after what it consumed.
 template <typename IsPlain, typename Special>
-void rewrite(std::string& out, std::string_view text, bool templateMode, IsPlain isPlain,
+void rewrite(std::string& out, std::string_view text, TemplateMode templateMode, IsPlain isPlain,
              Special special) {
   PlaceholderFinder placeholders(text);
   const size_t size = text.size();
@@ -32,7 +33,7 @@ void rewrite(std::string& out, std::string_view text, bool templateMode, IsPlain
   size_t i = 0;
   while (i < size) {
     const unsigned char c = static_cast<unsigned char>(text[i]);
-    if (templateMode && c == '[') {
+    if (templateMode == TemplateMode::kOn && c == '[') {
       const size_t end = placeholders.endAt(i);
       if (end != std::string_view::npos) {
         i = end;
@@ -65,7 +66,7 @@ void appendEscaped(std::string& out, unsigned char byte) {
   out.append(escape, 3);
 }
 
-bool appendPercentDecoded(std::string& out, std::string_view text, bool templateMode) {
+bool appendPercentDecoded(std::string& out, std::string_view text, TemplateMode templateMode) {
   if (std::memchr(text.data(), '%', text.size()) == nullptr) {
     out.append(text);
     return true;
@@ -87,7 +88,7 @@ bool appendPercentDecoded(std::string& out, std::string_view text, bool template
 }
 
 void appendNormalized(std::string& out, std::string_view text, const CharSet& decodeSet,
-                      const CharSet& keepSet, bool templateMode) {
+                      const CharSet& keepSet, TemplateMode templateMode) {
   const auto isLiteral = [&](unsigned char c) {
     return decodeSet.contains(c) || keepSet.contains(c);
   };
@@ -117,7 +118,7 @@ void appendNormalized(std::string& out, std::string_view text, const CharSet& de
 }
 
 void appendPercentEncoded(std::string& out, std::string_view text, const CharSet& keepSet,
-                          bool templateMode) {
+                          TemplateMode templateMode) {
   rewrite(
       out, text, templateMode,
       [&](unsigned char c) { return kUnreserved.contains(c) || keepSet.contains(c); },
@@ -128,7 +129,7 @@ void appendPercentEncoded(std::string& out, std::string_view text, const CharSet
 }
 
 void appendDisplayDecoded(std::string& out, std::string_view text, const CharSet& decodeSet,
-                          bool templateMode) {
+                          TemplateMode templateMode) {
   rewrite(
       out, text, templateMode, [](unsigned char c) { return c != '%'; },
       [&](std::string& to, size_t pos) {
@@ -144,7 +145,7 @@ void appendDisplayDecoded(std::string& out, std::string_view text, const CharSet
 
 }  // namespace detail
 
-bool hasValidEscapes(std::string_view text, bool templateMode) {
+bool hasValidEscapes(std::string_view text, TemplateMode templateMode) {
   detail::PlaceholderFinder placeholders(text);
   const CharSet percent("%");
   size_t i = 0;
@@ -155,18 +156,33 @@ bool hasValidEscapes(std::string_view text, bool templateMode) {
   return true;
 }
 
-std::string percentDecode(std::string_view text, bool& ok, bool templateMode) {
+std::optional<std::string> percentDecode(std::string_view text, TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
-  ok = detail::appendPercentDecoded(out, text, templateMode);
+  if (!detail::appendPercentDecoded(out, text, templateMode)) return std::nullopt;
+  return out;
+}
+
+std::string percentDecodeLeniently(std::string_view text, TemplateMode templateMode) {
+  std::string out;
+  out.reserve(text.size());
+  detail::appendPercentDecoded(out, text, templateMode);
   return out;
 }
 
 size_t findOutsidePlaceholder(std::string_view text, char ch, size_t from) {
   detail::PlaceholderFinder placeholders(text);
+  // Placeholders are found from the start of the text, so a `from` inside one
+  // resumes after its "]]".
+  for (size_t open = text.find("[["); open < from; open = text.find("[[", open)) {
+    const size_t end = placeholders.endAt(open);
+    if (end == std::string_view::npos) break;  // an unclosed "[[" hides nothing
+    if (end > from) from = end;
+    open = end;
+  }
   CharSet stop;
   stop.add(static_cast<unsigned char>(ch));
-  const size_t pos = detail::findStop(text, from, stop, true, placeholders);
+  const size_t pos = detail::findStop(text, from, stop, TemplateMode::kOn, placeholders);
   return pos < text.size() ? pos : std::string_view::npos;
 }
 
@@ -175,21 +191,23 @@ size_t findOutsidePlaceholder(const char* text, char ch, size_t from) {
 }
 
 std::string normalizeComponent(std::string_view text, const CharSet& decodeSet,
-                               const CharSet& keepSet, bool templateMode) {
+                               const CharSet& keepSet, TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   detail::appendNormalized(out, text, decodeSet, keepSet, templateMode);
   return out;
 }
 
-std::string percentEncode(std::string_view text, const CharSet& keepSet, bool templateMode) {
+std::string percentEncode(std::string_view text, const CharSet& keepSet,
+                          TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   detail::appendPercentEncoded(out, text, keepSet, templateMode);
   return out;
 }
 
-std::string displayDecode(std::string_view text, const CharSet& decodeSet, bool templateMode) {
+std::string displayDecode(std::string_view text, const CharSet& decodeSet,
+                          TemplateMode templateMode) {
   std::string out;
   out.reserve(text.size());
   detail::appendDisplayDecoded(out, text, decodeSet, templateMode);

@@ -19,13 +19,13 @@ void appendEscaped(std::string& out, unsigned char byte);
 
 // Each returns what its namesake in qta/uri/escape.h returns, appended to
 // `out`; appendPercentDecoded returns the `ok` flag.
-bool appendPercentDecoded(std::string& out, std::string_view text, bool templateMode);
+bool appendPercentDecoded(std::string& out, std::string_view text, TemplateMode templateMode);
 void appendNormalized(std::string& out, std::string_view text, const CharSet& decodeSet,
-                      const CharSet& keepSet, bool templateMode);
+                      const CharSet& keepSet, TemplateMode templateMode);
 void appendPercentEncoded(std::string& out, std::string_view text, const CharSet& keepSet,
-                          bool templateMode);
+                          TemplateMode templateMode);
 void appendDisplayDecoded(std::string& out, std::string_view text, const CharSet& decodeSet,
-                          bool templateMode);
+                          TemplateMode templateMode);
 
 }  // namespace qta::uri::detail
 

@@ -1,4 +1,4 @@
-#include "qta/uri/host.h"
+#include "uri/host_detail.h"
 
 #include <idn-free.h>
 #include <idna.h>
@@ -12,7 +12,6 @@
 #include <string_view>
 
 #include "uri/escape_append.h"
-#include "uri/host_detail.h"
 
 namespace qta::uri {
 namespace {
@@ -213,18 +212,6 @@ bool checkHost(URI::Data& data, bool keepTrailingHyphen) {
   return detail::isHostName(host, keepTrailingHyphen) && toAsciiHost(host, keepTrailingHyphen);
 }
 
-std::string hostForOutput(const URI::Data& data) {
-  std::string out;
-  detail::appendHostForOutput(out, data);
-  return out;
-}
-
-std::string hostAndPort(const URI::Data& data) {
-  std::string out;
-  detail::appendHostAndPort(out, data);
-  return out;
-}
-
 namespace detail {
 
 bool isHostName(std::string_view host, bool allowTrailingHyphen) {
@@ -238,7 +225,7 @@ bool isHostName(std::string_view host, bool allowTrailingHyphen) {
 void appendHostForOutput(std::string& out, const URI::Data& data) {
   const std::string& host = data.host;
   if (hasOpaqueAuthority(data.scheme)) {
-    appendPercentEncoded(out, host, CharSet(), false);
+    appendPercentEncoded(out, host, CharSet(), TemplateMode::kOff);
   } else if (isIPv6Address(host)) {
     const size_t percent = host.find('%');
     out += '[';
@@ -247,7 +234,8 @@ void appendHostForOutput(std::string& out, const URI::Data& data) {
     } else {
       out.append(host, 0, percent);
       out += "%25";
-      appendPercentEncoded(out, std::string_view(host).substr(percent + 1), CharSet(), false);
+      appendPercentEncoded(out, std::string_view(host).substr(percent + 1), CharSet(),
+                           TemplateMode::kOff);
     }
     out += ']';
   } else {

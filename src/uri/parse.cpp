@@ -1,4 +1,4 @@
-#include "qta/uri/parse.h"
+#include "uri/parse.h"
 
 #include <algorithm>
 #include <string>
@@ -42,7 +42,7 @@ bool parseIPv6Literal(std::string_view address, std::string& host) {
   if (containsAny(zone, kNotInHost)) return false;
   host.assign(address.substr(0, percent + 1));
   const size_t zoneStart = host.size();
-  if (!detail::appendPercentDecoded(host, zone, false)) return false;
+  if (!detail::appendPercentDecoded(host, zone, TemplateMode::kOff)) return false;
   return std::all_of(host.begin() + static_cast<std::ptrdiff_t>(zoneStart), host.end(),
                      detail::isLabelByte);
 }
@@ -64,7 +64,7 @@ bool parseHostAndPort(URI::Data& data, std::string_view text) {
   if (text.empty()) return true;
   std::string& host = data.host;
   if (hasOpaqueAuthority(data.scheme)) {
-    if (!detail::appendPercentDecoded(host, text, false) || host.empty()) return false;
+    if (!detail::appendPercentDecoded(host, text, TemplateMode::kOff) || host.empty()) return false;
     return std::all_of(host.begin(), host.end(),
                        [](char c) { return static_cast<unsigned char>(c) >= 32; });
   }
@@ -94,7 +94,7 @@ bool parseHostAndPort(URI::Data& data, std::string_view text) {
     const std::string_view name = text.substr(0, colon);
     if (!escaped) {
       host.assign(name);
-    } else if (!detail::appendPercentDecoded(host, name, false)) {
+    } else if (!detail::appendPercentDecoded(host, name, TemplateMode::kOff)) {
       return false;
     }
     if (host.empty()) {
@@ -106,7 +106,7 @@ bool parseHostAndPort(URI::Data& data, std::string_view text) {
   return !hasPort || parsePort(portText, data.port);
 }
 
-bool parseInto(std::string_view text, bool templateMode, URI::Data& out) {
+bool parseInto(std::string_view text, TemplateMode templateMode, URI::Data& out) {
   if (text.size() >= 2 && text[0] == '/' && text[1] == '/') {
     // A network-path reference names a file on a server: "//srv/a" is "file://srv/a".
     std::string withScheme = "file:";
@@ -123,7 +123,8 @@ bool parseInto(std::string_view text, bool templateMode, URI::Data& out) {
       if (containsAny(out.userInfo, kBrackets)) return false;
       const std::string raw = std::move(out.userInfo);
       out.userInfo.clear();
-      detail::appendNormalized(out.userInfo, raw, kUserInfoDecodeSet, kUserInfoKeepSet, false);
+      detail::appendNormalized(out.userInfo, raw, kUserInfoDecodeSet, kUserInfoKeepSet,
+                               TemplateMode::kOff);
     }
     // A query or fragment needs at least "/" after an authority.
     if (hasAuthority && !rest.empty() && rest[0] != '/') return false;
@@ -193,7 +194,7 @@ std::optional<size_t> parseSchemeAndAuthority(URI::Data& data, std::string_view 
   return end;
 }
 
-std::optional<size_t> parsePath(std::string_view text, bool templateMode, URI::Path& path) {
+std::optional<size_t> parsePath(std::string_view text, TemplateMode templateMode, URI::Path& path) {
   path.absolute = false;
   path.trailingSlash = false;
   path.segments.clear();
@@ -232,7 +233,7 @@ std::optional<size_t> parsePath(std::string_view text, bool templateMode, URI::P
     }
     if (c == '%') {
       escaped = true;
-    } else if (templateMode && c == '[') {
+    } else if (templateMode == TemplateMode::kOn && c == '[') {
       const size_t placeholderEnd = placeholders.endAt(i);
       if (placeholderEnd != std::string_view::npos) {
         i = placeholderEnd;
@@ -275,7 +276,7 @@ void removeDotSegments(URI::Path& path, bool rooted) {
 
 namespace qta {
 
-bool URI::parse(std::string_view text, bool templateMode, Data& out) {
+bool URI::parse(std::string_view text, TemplateMode templateMode, Data& out) {
   out = Data();
   if (uri::parseInto(text, templateMode, out)) return true;
   out = Data();

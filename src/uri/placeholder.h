@@ -38,14 +38,14 @@ class PlaceholderFinder {
 
 // The first position at or after `from` that holds a byte of `stops` (outside
 // placeholders in template mode), or text.size() when there is none.
-inline size_t findStop(std::string_view text, size_t from, const CharSet& stops, bool templateMode,
-                       PlaceholderFinder& placeholders) {
+inline size_t findStop(std::string_view text, size_t from, const CharSet& stops,
+                       TemplateMode templateMode, PlaceholderFinder& placeholders) {
   const size_t size = text.size();
   size_t i = from;
   while (i < size) {
     const unsigned char c = static_cast<unsigned char>(text[i]);
     if (stops.contains(c)) return i;
-    if (templateMode && c == '[') {
+    if (templateMode == TemplateMode::kOn && c == '[') {
       const size_t end = placeholders.endAt(i);
       if (end != std::string_view::npos) {
         i = end;

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "qta/uri/escape.h"
 #include "uri/escape_append.h"
 #include "uri/placeholder.h"
 
@@ -10,23 +11,20 @@ namespace qta::uri {
 namespace {
 
 constexpr CharSet kAmpersand{"&"};
+// Escapes the query builder leaves decoded, and characters it keeps literal.
+constexpr CharSet kQueryParameterDecodeSet{"*:/?@"};
+constexpr CharSet kQueryParameterKeepSet{";[]"};
 constexpr CharSet kEquals{"="};
-
-// A bad escape is copied as it is.
-std::string decodedLeniently(std::string_view text, bool templateMode) {
-  bool ok = true;
-  return percentDecode(text, ok, templateMode);
-}
 
 }  // namespace
 
 QueryParameters queryParameters(const URI& uri) {
   QueryParameters parameters;
-  parseQuery(uri.query(), false, parameters);
+  parseQuery(uri.query(), TemplateMode::kOff, parameters);
   return parameters;
 }
 
-void parseQuery(std::string_view query, bool templateMode, QueryParameters& out) {
+void parseQuery(std::string_view query, TemplateMode templateMode, QueryParameters& out) {
   out.clear();
   detail::PlaceholderFinder placeholders(query);
   size_t start = 0;
@@ -40,14 +38,14 @@ void parseQuery(std::string_view query, bool templateMode, QueryParameters& out)
     const size_t nameSize =
         detail::findStop(query.substr(0, end), partStart, kEquals, templateMode, placeholders) -
         partStart;
-    std::string name = decodedLeniently(part.substr(0, nameSize), templateMode);
+    std::string name = percentDecodeLeniently(part.substr(0, nameSize), templateMode);
     if (out.count(name) != 0) continue;  // the first value is kept
     const std::string_view value = nameSize < part.size() ? part.substr(nameSize + 1) : "";
-    out.emplace(std::move(name), decodedLeniently(value, templateMode));
+    out.emplace(std::move(name), percentDecodeLeniently(value, templateMode));
   }
 }
 
-std::string buildQuery(const QueryParameters& parameters, bool templateMode) {
+std::string buildQuery(const QueryParameters& parameters, TemplateMode templateMode) {
   std::string out;
   for (const auto& [name, value] : parameters) {
     if (name.empty()) continue;

@@ -1,57 +1,99 @@
 #include "qta/uri/uri.h"
 
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "qta/uri/escape.h"
 #include "qta/uri/host.h"
+#include "uri/host_detail.h"
 
 namespace qta {
-namespace {
-
-const std::shared_ptr<URI::Data>& emptyData() {
-  static const std::shared_ptr<URI::Data> kEmpty = std::make_shared<URI::Data>();
-  return kEmpty;
-}
-
-}  // namespace
 
 DataURIContent::DataURIContent(std::vector<uint8_t>&& payload, std::string&& type)
     : mediaType(std::move(type)), bytes(std::move(payload)) {
   if (mediaType.empty()) mediaType = "text/plain;charset=US-ASCII";
 }
 
-URI::URI() : data_(emptyData()) {}
+URI::URI() noexcept : shared_(holdEmpty()) {}
 
-URI::URI(std::string_view text, bool templateMode) {
-  auto data = std::make_shared<Data>();
-  data_ = parse(text, templateMode, *data) ? std::move(data) : emptyData();
+URI::URI(const URI& other) noexcept : shared_(hold(other.shared_)) {}
+
+URI::URI(URI&& other) noexcept : shared_(std::exchange(other.shared_, holdEmpty())) {}
+
+URI& URI::operator=(const URI& other) noexcept {
+  Shared* const previous = shared_;
+  shared_ = hold(other.shared_);
+  release(previous);
+  return *this;
 }
 
-URI::URI(std::string scheme, std::string host, uint32_t port) : data_(std::make_shared<Data>()) {
-  data_->scheme = std::move(scheme);
-  data_->host = std::move(host);
-  data_->port = port != 0 ? port : uri::defaultPort(data_->scheme);
+URI& URI::operator=(URI&& other) noexcept {
+  if (this != &other) {
+    release(shared_);
+    shared_ = std::exchange(other.shared_, holdEmpty());
+  }
+  return *this;
 }
 
-std::optional<URI> URI::tryParse(std::string_view text, bool templateMode) {
-  auto data = std::make_shared<Data>();
-  if (!parse(text, templateMode, *data)) return std::nullopt;
-  return URI(std::move(data));
+URI::~URI() { release(shared_); }
+
+// Every empty URI holds this one Shared. It lives in static storage and is
+// never destroyed (its count keeps a hold that is never released), so empty
+// URIs cost no allocation and may outlive other static objects.
+URI::Shared* URI::holdEmpty() noexcept {
+  alignas(Shared) static unsigned char storage[sizeof(Shared)];
+  static Shared* const kEmpty = new (storage) Shared();
+  return hold(kEmpty);
 }
 
-URI URI::fromData(std::vector<uint8_t> bytes, std::string mediaType) {
-  auto data = std::make_shared<Data>();
-  data->scheme = "data";
-  data->content = std::make_shared<DataURIContent>(std::move(bytes), std::move(mediaType));
-  return URI(std::move(data));
+URI::Shared* URI::hold(Shared* shared) noexcept {
+  shared->holders.fetch_add(1, std::memory_order_relaxed);
+  return shared;
+}
+
+// The release half of the count: a holder's reads of the data happen before
+// the decrement that drops its hold.
+void URI::release(Shared* shared) noexcept {
+  if (shared->holders.fetch_sub(1, std::memory_order_acq_rel) == 1) delete shared;
 }
 
 URI::Data& URI::mutableData() {
-  // A URI::Data is never changed while another URI can see it.
-  if (data_.use_count() != 1) data_ = std::make_shared<Data>(*data_);
-  return *data_;
+  // Seeing a count of 1 with acquire ordering makes every former holder's
+  // reads happen before the change below.
+  if (shared_->holders.load(std::memory_order_acquire) != 1) {
+    Shared* const own = new Shared(shared_->data);
+    release(shared_);
+    shared_ = own;
+  }
+  return shared_->data;
+}
+
+URI::URI(std::string_view text, TemplateMode templateMode) {
+  auto shared = std::make_unique<Shared>();
+  shared_ = parse(text, templateMode, shared->data) ? shared.release() : holdEmpty();
+}
+
+URI::URI(std::string scheme, std::string host, uint32_t port) : shared_(new Shared()) {
+  Data& data = shared_->data;
+  data.scheme = std::move(scheme);
+  data.host = std::move(host);
+  data.port = port != 0 ? port : uri::defaultPort(data.scheme);
+}
+
+std::optional<URI> URI::tryParse(std::string_view text, TemplateMode templateMode) {
+  auto shared = std::make_unique<Shared>();
+  if (!parse(text, templateMode, shared->data)) return std::nullopt;
+  return URI(shared.release());
+}
+
+URI URI::fromData(std::vector<uint8_t> bytes, std::string mediaType) {
+  auto shared = std::make_unique<Shared>();
+  shared->data.scheme = "data";
+  shared->data.content = std::make_shared<DataURIContent>(std::move(bytes), std::move(mediaType));
+  return URI(shared.release());
 }
 
 void URI::setScheme(std::string_view scheme) {
@@ -64,7 +106,7 @@ void URI::setScheme(std::string_view scheme) {
 
 bool URI::setHost(std::string_view host) {
   Data probe;
-  probe.scheme = data_->scheme;
+  probe.scheme = shared_->data.scheme;
   probe.host = host;
   if (!uri::checkHost(probe, false)) return false;
   Data& data = mutableData();
@@ -81,16 +123,16 @@ void URI::setPort(uint32_t port) {
 void URI::setPath(Path path) { mutableData().path = std::move(path); }
 
 void URI::setUserInfo(std::string_view userInfo) {
-  mutableData().userInfo =
-      uri::normalizeComponent(userInfo, uri::kUserInfoDecodeSet, uri::kUserInfoKeepSet, false);
+  mutableData().userInfo = uri::normalizeComponent(userInfo, uri::kUserInfoDecodeSet,
+                                                   uri::kUserInfoKeepSet, TemplateMode::kOff);
 }
 
-void URI::setQuery(std::string_view query, bool templateMode) {
+void URI::setQuery(std::string_view query, TemplateMode templateMode) {
   mutableData().query =
       uri::normalizeComponent(query, uri::kQueryDecodeSet, uri::kQueryKeepSet, templateMode);
 }
 
-void URI::setFragment(std::string_view fragment, bool templateMode) {
+void URI::setFragment(std::string_view fragment, TemplateMode templateMode) {
   mutableData().fragment = uri::normalizeComponent(fragment, uri::kFragmentDecodeSet,
                                                    uri::kFragmentKeepSet, templateMode);
 }

@@ -27,7 +27,8 @@ constexpr uri::CharSet displaySegmentSet() {
   return set;
 }
 
-void appendSegment(std::string& out, std::string_view segment, Form form, bool templateMode) {
+void appendSegment(std::string& out, std::string_view segment, Form form,
+                   TemplateMode templateMode) {
   if (form == Form::kFull) {
     uri::detail::appendPercentEncoded(out, segment, uri::kPathSegmentSet, templateMode);
     return;
@@ -40,7 +41,7 @@ void appendSegment(std::string& out, std::string_view segment, Form form, bool t
   uri::detail::appendPercentEncoded(out, segment, kShown, templateMode);
 }
 
-void appendPath(std::string& out, const URI::Path& path, Form form, bool templateMode) {
+void appendPath(std::string& out, const URI::Path& path, Form form, TemplateMode templateMode) {
   if (path.absolute) out += '/';
   for (size_t i = 0; i < path.segments.size(); ++i) {
     if (i > 0) out += '/';
@@ -56,7 +57,7 @@ size_t estimatedSize(const URI::Data& data) {
   return size;
 }
 
-std::string write(const URI::Data& data, Form form, bool templateMode) {
+std::string write(const URI::Data& data, Form form, TemplateMode templateMode) {
   std::string out;
   out.reserve(estimatedSize(data));
   if (!data.scheme.empty()) {
@@ -64,7 +65,8 @@ std::string write(const URI::Data& data, Form form, bool templateMode) {
     out += ':';
   }
   if (data.content != nullptr && data.scheme == "data") {
-    uri::detail::appendPercentEncoded(out, data.content->mediaType, uri::kMediaTypeSet, false);
+    uri::detail::appendPercentEncoded(out, data.content->mediaType, uri::kMediaTypeSet,
+                                      TemplateMode::kOff);
     if (form == Form::kDisplay) {
       out += ",[...]";  // the payload is never shown
     } else {
@@ -79,7 +81,8 @@ std::string write(const URI::Data& data, Form form, bool templateMode) {
       if (form == Form::kFull) {
         out += data.userInfo;
       } else {
-        uri::detail::appendDisplayDecoded(out, data.userInfo, uri::kUserInfoDisplaySet, false);
+        uri::detail::appendDisplayDecoded(out, data.userInfo, uri::kUserInfoDisplaySet,
+                                          TemplateMode::kOff);
       }
       out += '@';
     }
@@ -110,36 +113,37 @@ std::string write(const URI::Data& data, Form form, bool templateMode) {
 
 }  // namespace
 
-std::string URI::toString(bool templateMode) const {
-  return write(*data_, Form::kFull, templateMode);
+std::string URI::toString(TemplateMode templateMode) const {
+  return write(data(), Form::kFull, templateMode);
 }
 
-std::string URI::toDisplayString(bool templateMode) const {
-  return write(*data_, Form::kDisplay, templateMode);
+std::string URI::toDisplayString(TemplateMode templateMode) const {
+  return write(data(), Form::kDisplay, templateMode);
 }
 
 std::string URI::rootString() const {
+  const Data& data = this->data();
   std::string out;
-  if (!data_->scheme.empty()) {
-    out += data_->scheme;
+  if (!data.scheme.empty()) {
+    out += data.scheme;
     out += ':';
   }
-  if (!data_->host.empty()) {
+  if (!data.host.empty()) {
     out += "//";
-    uri::detail::appendHostAndPort(out, *data_);
+    uri::detail::appendHostAndPort(out, data);
     out += '/';
   }
   return out;
 }
 
 std::string URI::localPath() const {
-  const Data& data = *data_;
+  const Data& data = this->data();
   if ((!data.scheme.empty() && data.scheme != "file") ||
       (!data.host.empty() && data.host != "localhost")) {
     return std::string();
   }
   std::string out;
-  appendPath(out, data.path, Form::kLocal, false);
+  appendPath(out, data.path, Form::kLocal, TemplateMode::kOff);
   return out;
 }
 

@@ -1,6 +1,5 @@
-// libidn's own answer for a host name (IDNA ToASCII with unassigned code points
-// allowed and the STD3 rules, then lower-cased), the reference that the host
-// conversion and its ASCII fast path are held to.
+// libidn's answer for a host name (ToASCII, unassigned code points allowed, STD3
+// rules, lower-cased; nothing when rejected): the host conversion's reference.
 #ifndef QTA_TESTS_URI_LIBIDN_REFERENCE_H_
 #define QTA_TESTS_URI_LIBIDN_REFERENCE_H_
 
@@ -12,7 +11,6 @@
 
 namespace qtatest {
 
-// Nothing when libidn rejects the name.
 inline std::optional<std::string> libidnToAscii(const std::string& host) {
   char* converted = nullptr;
   const int status =

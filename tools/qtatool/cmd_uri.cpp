@@ -33,7 +33,7 @@ qta::JSON::root pathObject(const qta::URI::Path& path) {
 // Prints the description as the JSON writer would print it as one object on
 // one line (keys in order), but one member at a time, so a huge URI's written
 // forms are not all held at once.
-void printDescription(const qta::URI& uri, bool templateMode) {
+void printDescription(const qta::URI& uri, qta::TemplateMode templateMode) {
   using qta::json::writeString;
   using Writer = std::function<void(std::string&)>;
   const std::pair<const char*, Writer> members[] = {
@@ -93,7 +93,8 @@ int run(const Command& self, Args args) {
                                                       .operand = "TEXT",
                                                       .maxOperands = 1});
   if (!parsed) return kUsage;
-  const bool templateMode = parsed->has("--template");
+  const qta::TemplateMode templateMode =
+      parsed->has("--template") ? qta::TemplateMode::kOn : qta::TemplateMode::kOff;
   std::optional<qta::URI> uri;
   {
     std::string text;  // released once parsed, so a huge text is not held beside its URI
@@ -136,8 +137,9 @@ void demo(std::ostream& out) {
   const qta::URI local("file:///media/My%20Clips/a.mp4");
   out << "local path of " << local.toString() << ": " << local.localPath() << "\n";
 
-  const qta::URI templated("http://cdn.example/[[channel]]/live.m3u8?token=[[token]]", true);
-  out << "template: " << templated.toString(true) << "\n";
+  const qta::URI templated("http://cdn.example/[[channel]]/live.m3u8?token=[[token]]",
+                           qta::TemplateMode::kOn);
+  out << "template: " << templated.toString(qta::TemplateMode::kOn) << "\n";
 
   const qta::URI note = qta::URI::fromData({'h', 'i'}, "text/plain");
   out << "data URI: " << note.toString() << " shown as " << note.toDisplayString() << "\n";

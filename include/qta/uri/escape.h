@@ -5,9 +5,8 @@
 // the writers use, and the decoder of the display form. Escapes are always
 // written with upper-case hexadecimal digits.
 //
-// Template mode: a span that starts with "[[" and ends at the next "]]" is a
-// placeholder, copied verbatim and never split, decoded or escaped. An
-// unclosed "[[" is ordinary text.
+// In template mode (qta/uri/template_mode.h) placeholders are copied verbatim
+// and never split, decoded or escaped.
 //
 // Every function is pure: results are new strings owned by the caller, and
 // any number of threads may call them at once.
@@ -15,8 +14,12 @@
 #define QTA_URI_ESCAPE_H_
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "qta/export.h"
+#include "qta/uri/template_mode.h"
 
 namespace qta::uri {
 
@@ -67,36 +70,42 @@ inline constexpr CharSet kFragmentDisplaySet{"#"};
 
 // True when every "%" (outside placeholders in template mode) is followed by
 // two hexadecimal digits.
-bool hasValidEscapes(std::string_view text, bool templateMode = false);
+QTA_EXPORT bool hasValidEscapes(std::string_view text,
+                                TemplateMode templateMode = TemplateMode::kOff);
 
-// Replaces each "%" and two hexadecimal digits by the byte they denote. A "%"
-// that does not begin such an escape is copied, and `ok` is set to false
-// (it starts as true). In template mode placeholders are copied verbatim.
-std::string percentDecode(std::string_view text, bool& ok, bool templateMode = false);
+// Replaces each "%" and two hexadecimal digits by the byte they denote; in
+// template mode placeholders are copied verbatim. Nothing when a "%" begins no
+// such escape.
+QTA_EXPORT std::optional<std::string> percentDecode(std::string_view text,
+                                                    TemplateMode templateMode = TemplateMode::kOff);
+// The same, except that a "%" that begins no escape is copied as it is.
+QTA_EXPORT std::string percentDecodeLeniently(std::string_view text,
+                                              TemplateMode templateMode = TemplateMode::kOff);
 
 // The position of the first `ch` at or after `from` that is not inside a
 // placeholder, or std::string_view::npos.
-size_t findOutsidePlaceholder(std::string_view text, char ch, size_t from = 0);
+QTA_EXPORT size_t findOutsidePlaceholder(std::string_view text, char ch, size_t from = 0);
 // The same over a NUL-terminated text.
-size_t findOutsidePlaceholder(const char* text, char ch, size_t from = 0);
+QTA_EXPORT size_t findOutsidePlaceholder(const char* text, char ch, size_t from = 0);
 
 // The normalised escaped form of a component: unreserved characters are
 // copied; an escape of an unreserved or decode-set byte is decoded, other
 // escapes are kept with upper-case digits; any other literal character is kept
 // when it is in the keep or decode set and escaped otherwise ("%" that begins
 // no valid escape becomes "%25").
-std::string normalizeComponent(std::string_view text, const CharSet& decodeSet,
-                               const CharSet& keepSet, bool templateMode = false);
+QTA_EXPORT std::string normalizeComponent(std::string_view text, const CharSet& decodeSet,
+                                          const CharSet& keepSet,
+                                          TemplateMode templateMode = TemplateMode::kOff);
 
 // Escapes every byte that is neither unreserved nor in `keepSet`. Nothing is
 // decoded.
-std::string percentEncode(std::string_view text, const CharSet& keepSet = CharSet(),
-                          bool templateMode = false);
+QTA_EXPORT std::string percentEncode(std::string_view text, const CharSet& keepSet = CharSet(),
+                                     TemplateMode templateMode = TemplateMode::kOff);
 
 // Decodes the escapes of bytes in `decodeSet` that are above 32 and not "%";
 // every other escape, valid or not, is copied unchanged.
-std::string displayDecode(std::string_view text, const CharSet& decodeSet,
-                          bool templateMode = false);
+QTA_EXPORT std::string displayDecode(std::string_view text, const CharSet& decodeSet,
+                                     TemplateMode templateMode = TemplateMode::kOff);
 
 }  // namespace qta::uri
 

@@ -15,31 +15,30 @@
 #include <string>
 #include <string_view>
 
-#include "qta/uri/escape.h"
+#include "qta/export.h"
+#include "qta/uri/template_mode.h"
 #include "qta/uri/uri.h"
 
 namespace qta::uri {
 
 using QueryParameters = std::map<std::string, std::string>;
 
-// Escapes the query builder leaves decoded, and characters it keeps literal.
-// "&", "=", "#", "+" and "%" are always escaped in names and values.
-inline constexpr CharSet kQueryParameterDecodeSet{"*:/?@"};
-inline constexpr CharSet kQueryParameterKeepSet{";[]"};
-
 // The parameters of the URI's query.
-QueryParameters queryParameters(const URI& uri);
+QTA_EXPORT QueryParameters queryParameters(const URI& uri);
 
 // Clears `out` and reads the parameters of a query text (without "?"). In
 // template mode "&" and "=" inside placeholders do not split, and placeholders
 // are not decoded.
-void parseQuery(std::string_view query, bool templateMode, QueryParameters& out);
+QTA_EXPORT void parseQuery(std::string_view query, TemplateMode templateMode, QueryParameters& out);
 
 // The query text ("a=1&b=x%26y", without "?") for `parameters`, in the map's
-// order. Names and values are normalised with the parameter sets above, so an
-// escape already present ("%41") is read as an escape; write "%25" for a
-// literal "%". Parameters with an empty name are left out.
-std::string buildQuery(const QueryParameters& parameters, bool templateMode = false);
+// order. Names and values are normalised (normalizeComponent) with the decode
+// set "*:/?@" and the keep set ";[]": "&", "=", "#", "+" and a "%" that begins
+// no escape are always escaped, and an escape already present ("%41") is read
+// as an escape, so write "%25" for a literal "%". Parameters with an empty
+// name are left out.
+QTA_EXPORT std::string buildQuery(const QueryParameters& parameters,
+                                  TemplateMode templateMode = TemplateMode::kOff);
 
 }  // namespace qta::uri
 

@@ -2,11 +2,12 @@
 //
 // A URI holds its normalised components (scheme, user info, host, port, path,
 // query, fragment, and for "data" URIs a decoded payload) in one URI::Data
-// that copies of the URI share through a reference count. A URI::Data never
-// changes once a URI holds it: the setters copy it first when it is shared, so
-// copies of a URI never see each other's changes. A URI may be read from any
+// that copies of the URI share through a reference count. A URI::Data is never
+// changed while another URI holds it: a setter copies it first when it is
+// shared, so copies of a URI never see each other's changes, and copies may be
+// made, changed and dropped on different threads. A URI may be read from any
 // number of threads at once; changing one object needs the usual exclusive
-// access to that object (its copies are independent).
+// access to that object.
 //
 // Parsing never throws. A text with any defect yields the empty URI (no
 // scheme, no host, port 0, empty path); URI::parse and URI::tryParse tell a
@@ -16,6 +17,8 @@
 #ifndef QTA_URI_URI_H_
 #define QTA_URI_URI_H_
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -23,10 +26,13 @@
 #include <string_view>
 #include <vector>
 
+#include "qta/export.h"
+#include "qta/uri/template_mode.h"
+
 namespace qta {
 
 // The decoded payload of a "data" URI.
-struct DataURIContent {
+struct QTA_EXPORT DataURIContent {
   // An empty media type becomes "text/plain;charset=US-ASCII".
   DataURIContent(std::vector<uint8_t>&& bytes, std::string&& mediaType);
 
@@ -34,7 +40,7 @@ struct DataURIContent {
   std::vector<uint8_t> bytes;
 };
 
-class URI {
+class QTA_EXPORT URI {
  public:
   struct Path {
     bool absolute = false;              // began with "/"
@@ -57,29 +63,36 @@ class URI {
   };
 
   // The empty URI.
-  URI();
+  URI() noexcept;
+  URI(const URI& other) noexcept;
+  // Leaves `other` empty.
+  URI(URI&& other) noexcept;
+  URI& operator=(const URI& other) noexcept;
+  URI& operator=(URI&& other) noexcept;
+  ~URI();
   // Parses `text`; the empty URI when the text is not a valid URI.
-  explicit URI(std::string_view text, bool templateMode = false);
+  explicit URI(std::string_view text, TemplateMode templateMode = TemplateMode::kOff);
   // From components copied unchanged; a port of 0 becomes the scheme's default.
   URI(std::string scheme, std::string host, uint32_t port);
 
   // Parses `text` into `out`. On failure returns false and leaves `out` empty.
   // `text` must not point into `out`, which is cleared first.
-  static bool parse(std::string_view text, bool templateMode, Data& out);
+  static bool parse(std::string_view text, TemplateMode templateMode, Data& out);
   // The parsed URI, or nothing when the text is not a valid URI.
-  static std::optional<URI> tryParse(std::string_view text, bool templateMode = false);
+  static std::optional<URI> tryParse(std::string_view text,
+                                     TemplateMode templateMode = TemplateMode::kOff);
   // A "data" URI holding `bytes` (empty media type: "text/plain;charset=US-ASCII").
   static URI fromData(std::vector<uint8_t> bytes, std::string mediaType);
 
-  const Data& data() const { return *data_; }
-  const std::string& scheme() const { return data_->scheme; }
-  const std::string& host() const { return data_->host; }
-  uint32_t port() const { return data_->port; }
-  const Path& path() const { return data_->path; }
-  const std::string& userInfo() const { return data_->userInfo; }
-  const std::string& query() const { return data_->query; }
-  const std::string& fragment() const { return data_->fragment; }
-  const DataURIContent* content() const { return data_->content.get(); }
+  const Data& data() const { return shared_->data; }
+  const std::string& scheme() const { return shared_->data.scheme; }
+  const std::string& host() const { return shared_->data.host; }
+  uint32_t port() const { return shared_->data.port; }
+  const Path& path() const { return shared_->data.path; }
+  const std::string& userInfo() const { return shared_->data.userInfo; }
+  const std::string& query() const { return shared_->data.query; }
+  const std::string& fragment() const { return shared_->data.fragment; }
+  const DataURIContent* content() const { return shared_->data.content.get(); }
 
   // The scheme is stored in lower case.
   void setScheme(std::string_view scheme);
@@ -92,14 +105,14 @@ class URI {
   // User info, query and fragment are given in escaped form and stored
   // normalised as the parser stores them; an invalid "%" becomes "%25".
   void setUserInfo(std::string_view userInfo);
-  void setQuery(std::string_view query, bool templateMode = false);
-  void setFragment(std::string_view fragment, bool templateMode = false);
+  void setQuery(std::string_view query, TemplateMode templateMode = TemplateMode::kOff);
+  void setFragment(std::string_view fragment, TemplateMode templateMode = TemplateMode::kOff);
 
   // The full text form, which parses back to this URI.
-  std::string toString(bool templateMode = false) const;
+  std::string toString(TemplateMode templateMode = TemplateMode::kOff) const;
   // The readable form for messages: escapes decoded where that stays
   // unambiguous, user info kept, a data URI's payload shown as "[...]".
-  std::string toDisplayString(bool templateMode = false) const;
+  std::string toDisplayString(TemplateMode templateMode = TemplateMode::kOff) const;
   // Scheme and authority only: "http://host:8080/".
   std::string rootString() const;
   // The file path of a local file URI ("file:" with no host or "localhost",
@@ -107,10 +120,24 @@ class URI {
   std::string localPath() const;
 
  private:
-  explicit URI(std::shared_ptr<Data> data) : data_(std::move(data)) {}
-  Data& mutableData();
+  // One allocation holds the data and the number of URIs that hold it.
+  struct Shared {
+    Shared() = default;
+    explicit Shared(const Data& from) : data(from) {}
 
-  std::shared_ptr<Data> data_;
+    std::atomic<size_t> holders{1};
+    Data data;
+  };
+
+  // Takes over `shared`, whose count already includes this URI.
+  explicit URI(Shared* shared) noexcept : shared_(shared) {}
+  // The data, first copied when another URI holds it too.
+  Data& mutableData();
+  static Shared* holdEmpty() noexcept;
+  static Shared* hold(Shared* shared) noexcept;
+  static void release(Shared* shared) noexcept;
+
+  Shared* shared_;
 };
 
 }  // namespace qta

@@ -1,10 +1,7 @@
-// qta/uri/parse.h: the steps URI::parse is made of, for callers that parse
-// parts of a URI on their own.
-//
-// Each function writes only to its output arguments; any number of threads
-// may call them at once on different outputs.
-#ifndef QTA_URI_PARSE_H_
-#define QTA_URI_PARSE_H_
+// The steps URI::parse is made of. Each function writes only to its output
+// arguments.
+#ifndef QTA_SRC_URI_PARSE_H_
+#define QTA_SRC_URI_PARSE_H_
 
 #include <cstddef>
 #include <optional>
@@ -26,7 +23,7 @@ std::optional<size_t> parseSchemeAndAuthority(URI::Data& data, std::string_view 
 // Reads the path at the start of `text` (up to "?" or "#") into `path`,
 // splitting at "/" and percent-decoding the segments. Returns the position
 // after the path, or nothing when a segment holds an invalid escape.
-std::optional<size_t> parsePath(std::string_view text, bool templateMode, URI::Path& path);
+std::optional<size_t> parsePath(std::string_view text, TemplateMode templateMode, URI::Path& path);
 
 // Removes "." and ".." segments. A rooted path (one under an authority) becomes
 // absolute and cannot climb above its root.
@@ -34,4 +31,4 @@ void removeDotSegments(URI::Path& path, bool rooted);
 
 }  // namespace qta::uri
 
-#endif  // QTA_URI_PARSE_H_
+#endif  // QTA_SRC_URI_PARSE_H_
