@@ -103,7 +103,8 @@ TEST(JSONWriter, FindsAnEscapeAtEveryPositionOfShortAndMediumText) {
       for (const char special : {'"', '\\', '\x1f'}) {
         std::string text(size, 'a');
         text[at] = special;
-        std::string expected = "\"" + std::string(at, 'a');
+        std::string expected(1, '"');
+        expected.append(at, 'a');
         expected += special == '\x1f' ? "\\u001F" : std::string{'\\', special};
         expected += std::string(size - at - 1, 'a') + "\"";
         EXPECT_EQ(json::toJSONText(JSONString(text)), expected) << size << " " << at;
