@@ -48,28 +48,6 @@ TEST(JSONWriter, ScalarsIgnoreTheIndent) {
   }
 }
 
-TEST(JSONWriter, NumbersAsPercentPoint16g) {
-  const std::pair<double, const char*> cases[] = {
-      {1e300, "1e+300"},
-      {0.5, "0.5"},
-      {-0.0, "-0"},
-      {100, "100"},
-      {12345678901234567890.0, "1.234567890123457e+19"},
-      {1e21, "1e+21"},
-      {0.1, "0.1"},
-      {9.3, "9.300000000000001"},
-      {1e-5, "1e-05"},
-      {0.0001, "0.0001"},
-      {1e16, "1e+16"},
-      {9999999999999998, "9999999999999998"},
-      {-INFINITY, "-inf"},
-      {INFINITY, "inf"},
-      {-NAN, "-nan"},
-  };
-  for (const auto& [value, expected] : cases)
-    EXPECT_EQ(json::toJSONText(JSONNumber(value)), expected);
-}
-
 TEST(JSONWriter, EscapesStrings) {
   const std::pair<std::string, std::string> cases[] = {
       {std::string("\x01\t\x7f", 3), "\"\\u0001\\t\x7f\""},
@@ -119,10 +97,8 @@ TEST(JSONWriter, ManySmallAppendsToOneStringStayCheap) {
   constexpr int kPieces = 200000;
   for (int i = 0; i < kPieces; ++i) {
     json::writeString(out, "ab");
-    json::writeNumber(out, i % 10);
   }
-  ASSERT_EQ(out.size(), kPieces * 5u);
-  EXPECT_EQ(out.substr(out.size() - 10), "\"ab\"8\"ab\"9");
+  EXPECT_EQ(out.size(), kPieces * 4u);
 }
 
 TEST(JSONWriter, KeysAreEscapedAndOrderedBytewise) {

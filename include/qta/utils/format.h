@@ -24,7 +24,8 @@ namespace qta {
 QTA_EXPORT std::string formatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // The same with an argument list; `args` is consumed as by vsnprintf().
-QTA_EXPORT std::string formatStringV(const char* format, va_list args) __attribute__((format(printf, 1, 0)));
+QTA_EXPORT std::string formatStringV(const char* format, va_list args)
+    __attribute__((format(printf, 1, 0)));
 
 }  // namespace qta
 
