@@ -18,6 +18,13 @@ int main() {
     item->set("seconds", makeNumber(name[0] == 'm' ? 30 : 12.5));
   }
 
+  // A container is reached by its kind: asArray() is null for anything else.
+  double seconds = 0;
+  if (const qta::JSONArray* list = schedule->get("items")->asArray()) {
+    for (const qta::JSON::root& item : *list) seconds += item->get("seconds")->toNumber();
+  }
+  std::cout << "total seconds: " << seconds << "\n";
+
   // Paths create what is missing; find never does.
   set(schedule, "player.volume", makeNumber(0.8));
   std::cout << "items: " << find(*schedule, "items")->size()

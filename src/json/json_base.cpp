@@ -1,18 +1,67 @@
-// The defaults of JSON's operations, the shared empty values they hand out,
-// and the factories.
+// The defaults of JSON's operations, the empty values they hand out by
+// reference, and the factories.
+#include <cxxabi.h>
+
 #include <limits>
+#include <memory>
+#include <new>
+#include <utility>
 
 #include "qta/json/json.h"
+
+// The handle of this shared object (or program), defined by the C runtime; it
+// keeps the code of a thread-exit handler loaded until the handler has run.
+extern "C" __attribute__((visibility("hidden"))) void* __dso_handle;
 
 namespace qta {
 namespace {
 
-// Created before main() and only read afterwards. They are not declared const
-// because the non-const accessors hand them out too; callers must not write
-// through those references.
-JSON::root sharedEmptyRoot;
-JSON::Members sharedEmptyMembers;
-JSON::Elements sharedEmptyElements;
+// The read-only defaults of the const accessors. Made on first use, so they
+// are ready even for callers that run before main().
+const JSON::Members& readOnlyMembers() {
+  static const JSON::Members empty;
+  return empty;
+}
+const JSON::Elements& readOnlyElements() {
+  static const JSON::Elements empty;
+  return empty;
+}
+
+// What the non-const defaults hand out: values of the calling thread alone.
+struct Scratch {
+  JSON::root root;
+  JSON::Members members;
+  JSON::Elements elements;
+};
+
+// A plain pointer, which outlives every thread-exit handler, rather than a
+// thread_local object, which could be reached after its destructor has run
+// (from another object's destructor late in the thread's exit).
+thread_local Scratch* threadScratch = nullptr;
+
+void releaseScratch(void*) noexcept { delete std::exchange(threadScratch, nullptr); }
+
+// The calling thread's scratch values, made on first use together with a
+// thread-exit handler that frees them. A call after that handler ran makes
+// and registers fresh ones, which are then freed as well.
+Scratch& scratch() {
+  if (threadScratch == nullptr) {
+    auto fresh = std::make_unique<Scratch>();
+    if (__cxxabiv1::__cxa_thread_atexit(releaseScratch, nullptr, &__dso_handle) != 0) {
+      throw std::bad_alloc();
+    }
+    threadScratch = fresh.release();
+  }
+  return *threadScratch;
+}
+
+// Empties a scratch value before it is handed out: what a caller wrote
+// through an earlier hand-out is deleted rather than seen by the next caller.
+template <typename Value>
+Value& emptied(Value& value) {
+  value = Value();
+  return value;
+}
 
 }  // namespace
 
@@ -28,17 +77,17 @@ const JSON* JSON::at(std::size_t) const { return nullptr; }
 JSON* JSON::at(std::size_t) { return nullptr; }
 JSON::root JSON::take(std::size_t) { return nullptr; }
 JSON::root JSON::take(const std::string&) { return nullptr; }
-JSON::root& JSON::slot(std::size_t) { return sharedEmptyRoot; }
-JSON::root& JSON::emptySlot() { return sharedEmptyRoot; }
+JSON::root& JSON::slot(std::size_t) { return emptied(scratch().root); }
+JSON::root& JSON::emptySlot() { return emptied(scratch().root); }
 JSON* JSON::push(root) { return nullptr; }
 void JSON::append(root) {}
 bool JSON::empty() const { return true; }
 void JSON::reverse() {}
-const JSON::Members& JSON::members() const { return sharedEmptyMembers; }
-JSON::Members& JSON::members() { return sharedEmptyMembers; }
-const JSON::Members& JSON::constMembers() const { return sharedEmptyMembers; }
-const JSON::Elements& JSON::elements() const { return sharedEmptyElements; }
-JSON::Elements& JSON::elements() { return sharedEmptyElements; }
+const JSON::Members& JSON::members() const { return readOnlyMembers(); }
+JSON::Members& JSON::members() { return emptied(scratch().members); }
+const JSON::Members& JSON::constMembers() const { return readOnlyMembers(); }
+const JSON::Elements& JSON::elements() const { return readOnlyElements(); }
+JSON::Elements& JSON::elements() { return emptied(scratch().elements); }
 std::string JSON::join(const std::string&) const { return std::string(); }
 
 namespace json {

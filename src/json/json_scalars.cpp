@@ -4,9 +4,17 @@
 #include "json/number_text.h"
 #include "json/tree_ops.h"
 #include "qta/json/json.h"
-#include "qta/json/writer.h"
 
 namespace qta {
+namespace {
+
+// Appends `value` as "%.16g" writes it in the C locale.
+void appendNumber(std::string& out, double value) {
+  char buffer[json::detail::kNumberTextMax];
+  out.append(buffer, json::detail::formatNumber(value, buffer));
+}
+
+}  // namespace
 
 JSONNull::~JSONNull() = default;
 bool JSONNull::toBoolean() const { return false; }
@@ -32,10 +40,11 @@ JSONNumber::~JSONNumber() = default;
 bool JSONNumber::toBoolean() const { return value < 0 || value > 0; }
 double JSONNumber::toNumber() const { return value; }
 std::string JSONNumber::toString() const {
-  char buffer[json::detail::kNumberTextMax];
-  return std::string(buffer, json::detail::formatNumber(value, buffer));
+  std::string text;
+  appendNumber(text, value);
+  return text;
 }
-void JSONNumber::write(std::string& out, int) const { json::writeNumber(out, value); }
+void JSONNumber::write(std::string& out, int) const { appendNumber(out, value); }
 JSON::root JSONNumber::clone() const { return std::make_unique<JSONNumber>(value); }
 
 JSONString::~JSONString() = default;

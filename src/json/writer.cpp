@@ -269,11 +269,6 @@ void writeString(std::string& out, const char* text) {
   putQuoted(sink, text, text + std::strlen(text), "\"");
 }
 
-void writeNumber(std::string& out, double value) {
-  TextSink sink(out);
-  putNumber(sink, value);
-}
-
 std::string toJSONText(const JSON& value, int indent) {
   std::string out;
   value.write(out, indent);

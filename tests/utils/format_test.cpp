@@ -8,25 +8,16 @@ namespace qta {
 namespace {
 
 TEST(FormatString, FormatsLikePrintf) {
-  EXPECT_EQ(formatString("%d-%s", 42, "x"), "42-x");
-  EXPECT_EQ(formatString("\\u%04X", 31), "\\u001F");
-  EXPECT_EQ(formatString("%s", ""), "");
+  EXPECT_EQ(formatString("%d-%s\\u%04X", 42, "x", 31), "42-x\\u001F");
+  EXPECT_EQ(formatString("a%cb", 0), std::string("a\0b", 3));
 }
 
 TEST(FormatString, GrowsPastTheFirstBuffer) {
   // Lengths around the 512-byte start size: the text must fit exactly.
   for (size_t length : {510u, 511u, 512u, 513u, 100000u}) {
     const std::string text(length, 'x');
-    const std::string result = formatString("<%s>", text.c_str());
-    ASSERT_EQ(result.size(), length + 2);
-    EXPECT_EQ(result, "<" + text + ">");
+    EXPECT_EQ(formatString("<%s>", text.c_str()), "<" + text + ">");
   }
-}
-
-TEST(FormatString, KeepsEmbeddedNul) {
-  const std::string result = formatString("a%cb", 0);
-  ASSERT_EQ(result.size(), 3u);
-  EXPECT_EQ(result[1], '\0');
 }
 
 }  // namespace

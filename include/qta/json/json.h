@@ -11,10 +11,19 @@
 // harmless defaults, so a caller navigates without casting: a number answers
 // members() with an empty map, a string answers size() with 0.
 //
+// Defaults handed out by reference (members(), elements(), slot() and
+// emptySlot() on a kind they do not apply to, slot() past the end of an
+// array): the const accessors give process-wide empty values that are const
+// and never change. The non-const ones give a scratch value that belongs to
+// the calling thread and is emptied each time it is handed out, so a write
+// through it reaches no other node and no other thread, and lasts only until
+// that thread's next such call (or its exit, which frees it). To change a
+// container, ask for it by kind: asObject() and asArray() return null for any
+// other kind instead of a stand-in.
+//
 // Threads: nodes carry no locks. Any number of threads may read (and write out)
 // one tree at once; a mutation needs exclusive access to the whole tree. The
-// three shared defaults that the accessors hand out by reference are created
-// before main() and are read-only: never write through them.
+// defaults handed out by reference may be used from any thread (see above).
 //
 // Deep trees: destroying, cloning, writing and comparing do not recurse, so a
 // document nested a million levels deep is handled with a normal stack.
@@ -28,9 +37,14 @@
 #include <string>
 #include <vector>
 
+#include "qta/export.h"
+
 namespace qta {
 
-class JSON {
+class JSONObject;
+class JSONArray;
+
+class QTA_EXPORT JSON {
  public:
   // The owning pointer of a node; an empty root stands for "no value".
   using root = std::unique_ptr<JSON>;
@@ -83,10 +97,10 @@ class JSON {
   // gives an empty root). Other kinds: an empty root.
   virtual root take(const std::string& key);
   // Array: the owning slot at `index`. Other kinds, and an index past the end:
-  // the shared empty root (never assign to it).
+  // the calling thread's scratch root, emptied (see above).
   virtual root& slot(std::size_t index);
-  // The shared empty root, for every kind: a stand-in slot for code that needs
-  // a root reference where a node has none to offer. Never assign to it.
+  // The calling thread's scratch root, emptied, for every kind: a stand-in
+  // slot for code that needs a root reference where a node has none to offer.
   virtual root& emptySlot();
   // Array: appends `value` (capacity doubles, starting at one element) and
   // returns it. Other kinds destroy `value` and return null.
@@ -99,23 +113,32 @@ class JSON {
   virtual bool empty() const;
   // Array: reverses the order of the elements. Other kinds: nothing.
   virtual void reverse();
-  // Object: its own map. Other kinds: the shared empty map.
+  // Object: its own map. Other kinds: the read-only empty map (const), or the
+  // calling thread's scratch map, emptied (non-const; see above).
   virtual const Members& members() const;
   virtual Members& members();
   // The same map, read-only even on a mutable node.
   virtual const Members& constMembers() const;
-  // Array: its own vector. Other kinds: the shared empty vector.
+  // Array: its own vector. Other kinds: the read-only empty vector (const), or
+  // the calling thread's scratch vector, emptied (non-const; see above).
   virtual const Elements& elements() const;
   virtual Elements& elements();
   // Array: the toString() of each element with `separator` between them (an
   // empty slot gives "null"). Other kinds: empty text.
   virtual std::string join(const std::string& separator) const;
 
+  // This node as an object or an array, or null when it is another kind: the
+  // way to reach a container's own map or vector without a stand-in.
+  JSONObject* asObject();
+  const JSONObject* asObject() const;
+  JSONArray* asArray();
+  const JSONArray* asArray() const;
+
  protected:
   explicit JSON(Type kind) : type(kind) {}
 };
 
-class JSONNull final : public JSON {
+class QTA_EXPORT JSONNull final : public JSON {
  public:
   JSONNull() : JSON(Null) {}
   ~JSONNull() override;
@@ -126,7 +149,7 @@ class JSONNull final : public JSON {
   root clone() const override;
 };
 
-class JSONBoolean final : public JSON {
+class QTA_EXPORT JSONBoolean final : public JSON {
  public:
   // Any non-zero `value` is true.
   explicit JSONBoolean(int value) : JSON(Boolean), value(value != 0) {}
@@ -140,7 +163,7 @@ class JSONBoolean final : public JSON {
   bool value;
 };
 
-class JSONNumber final : public JSON {
+class QTA_EXPORT JSONNumber final : public JSON {
  public:
   explicit JSONNumber(double value) : JSON(Number), value(value) {}
   ~JSONNumber() override;
@@ -156,7 +179,7 @@ class JSONNumber final : public JSON {
 // The text is the std::string base (UTF-8 bytes, not validated). Names that
 // both bases define (size, empty, at, append) are ambiguous on a JSONString:
 // call them through JSON& for the JSON meaning or text() for the string one.
-class JSONString final : public JSON, public std::string {
+class QTA_EXPORT JSONString final : public JSON, public std::string {
  public:
   explicit JSONString(const std::string& text) : JSON(String), std::string(text) {}
   explicit JSONString(std::string&& text) : JSON(String), std::string(std::move(text)) {}
@@ -172,7 +195,7 @@ class JSONString final : public JSON, public std::string {
 };
 
 // Members are ordered by byte-wise comparison of their keys.
-class JSONObject final : public JSON, public JSON::Members {
+class QTA_EXPORT JSONObject final : public JSON, public JSON::Members {
  public:
   JSONObject() : JSON(Object) {}
   // Detaches nested containers onto a work list instead of recursing.
@@ -195,7 +218,7 @@ class JSONObject final : public JSON, public JSON::Members {
   const Members& constMembers() const override;
 };
 
-class JSONArray final : public JSON, public JSON::Elements {
+class QTA_EXPORT JSONArray final : public JSON, public JSON::Elements {
  public:
   JSONArray() : JSON(Array) {}
   // Detaches nested containers onto a work list instead of recursing.
@@ -219,20 +242,33 @@ class JSONArray final : public JSON, public JSON::Elements {
   std::string join(const std::string& separator) const override;
 };
 
+inline JSONObject* JSON::asObject() {
+  return type == Object ? static_cast<JSONObject*>(this) : nullptr;
+}
+inline const JSONObject* JSON::asObject() const {
+  return type == Object ? static_cast<const JSONObject*>(this) : nullptr;
+}
+inline JSONArray* JSON::asArray() {
+  return type == Array ? static_cast<JSONArray*>(this) : nullptr;
+}
+inline const JSONArray* JSON::asArray() const {
+  return type == Array ? static_cast<const JSONArray*>(this) : nullptr;
+}
+
 namespace json {
 
 // Factories: each returns a new node that the caller owns.
-JSON::root makeNull();
-JSON::root makeBoolean(int value);  // non-zero is true
-JSON::root makeNumber(double value);
-JSON::root makeString(const std::string& text);
-JSON::root makeArray();
-JSON::root makeObject();
+QTA_EXPORT JSON::root makeNull();
+QTA_EXPORT JSON::root makeBoolean(int value);  // non-zero is true
+QTA_EXPORT JSON::root makeNumber(double value);
+QTA_EXPORT JSON::root makeString(const std::string& text);
+QTA_EXPORT JSON::root makeArray();
+QTA_EXPORT JSON::root makeObject();
 
 // Deep equality: same kinds, numbers equal as doubles (so NaN differs from
 // itself and 0 equals -0), same bytes, same keys, same elements in order. Two
 // empty slots are equal; an empty slot differs from any value. Iterative.
-bool equal(const JSON& a, const JSON& b);
+QTA_EXPORT bool equal(const JSON& a, const JSON& b);
 
 }  // namespace json
 }  // namespace qta

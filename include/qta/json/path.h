@@ -13,6 +13,7 @@
 
 #include <string>
 
+#include "qta/export.h"
 #include "qta/json/json.h"
 
 namespace qta::json {
@@ -26,18 +27,18 @@ namespace qta::json {
 // a missing key is inserted empty, and an index past the end grows the array
 // the same way (the returned slot then being empty). Throws std::length_error
 // or std::bad_alloc when an index is too large to grow to.
-JSON::root& path(JSON::root& root, const std::string& dottedPath);
+QTA_EXPORT JSON::root& path(JSON::root& root, const std::string& dottedPath);
 
 // path(), then moves `value` into the slot, deleting what was there.
-void set(JSON::root& root, const std::string& dottedPath, JSON::root value);
+QTA_EXPORT void set(JSON::root& root, const std::string& dottedPath, JSON::root value);
 
 // Moves the value the path names out of its container and leaves an empty slot
 // (the member or element stays). An empty root when any step is missing.
-JSON::root take(JSON& root, const std::string& dottedPath);
+QTA_EXPORT JSON::root take(JSON& root, const std::string& dottedPath);
 
 // The node the path names, or null when a key is absent, an index is out of
 // range, a node on the way has the wrong kind or an empty slot is met.
-const JSON* find(const JSON& root, const std::string& dottedPath);
+QTA_EXPORT const JSON* find(const JSON& root, const std::string& dottedPath);
 
 }  // namespace qta::json
 

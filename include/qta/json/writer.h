@@ -13,6 +13,7 @@
 
 #include <string>
 
+#include "qta/export.h"
 #include "qta/json/json.h"
 
 namespace qta::json {
@@ -21,13 +22,10 @@ namespace qta::json {
 // quote and backslash are escaped with a backslash, bytes 8, 9, 10, 12 and 13
 // as \b \t \n \f \r, other bytes below 32 as \u00XX (upper-case hex); every
 // other byte, the slash and bytes of 128 and above included, is copied as is.
-void writeString(std::string& out, const char* text);
-
-// Appends `value` as "%.16g" formats it in the C locale.
-void writeNumber(std::string& out, double value);
+QTA_EXPORT void writeString(std::string& out, const char* text);
 
 // The text of a whole tree: write(out, indent) into a new string.
-std::string toJSONText(const JSON& value, int indent = -1);
+QTA_EXPORT std::string toJSONText(const JSON& value, int indent = -1);
 
 }  // namespace qta::json
 
