@@ -12,7 +12,6 @@
 #include "command.h"
 #include "io.h"
 #include "qta/json/json.h"
-#include "qta/json/writer.h"
 #include "qta/uri/query.h"
 #include "qta/uri/uri.h"
 
@@ -30,31 +29,29 @@ qta::JSON::root pathObject(const qta::URI::Path& path) {
   return object;
 }
 
-// Prints the description as the JSON writer would print it as one object on
-// one line (keys in order), but one member at a time, so a huge URI's written
-// forms are not all held at once.
+// Prints the description as the JSON writer prints one object on one line
+// (keys in order), but makes and writes one member at a time, so a huge URI's
+// written forms are not all held at once.
 void printDescription(const qta::URI& uri, qta::TemplateMode templateMode) {
-  using qta::json::writeString;
-  using Writer = std::function<void(std::string&)>;
-  const std::pair<const char*, Writer> members[] = {
-      {"display",
-       [&](std::string& out) { writeString(out, uri.toDisplayString(templateMode).c_str()); }},
-      {"fragment", [&](std::string& out) { writeString(out, uri.fragment().c_str()); }},
-      {"full", [&](std::string& out) { writeString(out, uri.toString(templateMode).c_str()); }},
-      {"host", [&](std::string& out) { writeString(out, uri.host().c_str()); }},
-      {"localPath", [&](std::string& out) { writeString(out, uri.localPath().c_str()); }},
-      {"path", [&](std::string& out) { pathObject(uri.path())->write(out, -1); }},
-      {"port", [&](std::string& out) { qta::json::writeNumber(out, uri.port()); }},
-      {"query", [&](std::string& out) { writeString(out, uri.query().c_str()); }},
-      {"root", [&](std::string& out) { writeString(out, uri.rootString().c_str()); }},
-      {"scheme", [&](std::string& out) { writeString(out, uri.scheme().c_str()); }},
-      {"userInfo", [&](std::string& out) { writeString(out, uri.userInfo().c_str()); }},
+  using qta::json::makeString;
+  using Member = std::pair<const char*, std::function<qta::JSON::root()>>;
+  const Member members[] = {
+      {"display", [&] { return makeString(uri.toDisplayString(templateMode)); }},
+      {"fragment", [&] { return makeString(uri.fragment()); }},
+      {"full", [&] { return makeString(uri.toString(templateMode)); }},
+      {"host", [&] { return makeString(uri.host()); }},
+      {"localPath", [&] { return makeString(uri.localPath()); }},
+      {"path", [&] { return pathObject(uri.path()); }},
+      {"port", [&] { return qta::json::makeNumber(uri.port()); }},
+      {"query", [&] { return makeString(uri.query()); }},
+      {"root", [&] { return makeString(uri.rootString()); }},
+      {"scheme", [&] { return makeString(uri.scheme()); }},
+      {"userInfo", [&] { return makeString(uri.userInfo()); }},
   };
   std::string piece = "{ ";
-  for (const auto& [key, write] : members) {
-    writeString(piece, key);
-    piece += ": ";
-    write(piece);
+  for (const auto& [key, value] : members) {
+    piece.append("\"").append(key).append("\": ");
+    value()->write(piece, -1);
     writeBytes(piece);
     piece = ", ";
   }
