@@ -37,18 +37,10 @@ inline std::string utf32ToUtf8(std::u32string_view src) {
   return out;
 }
 
+// The UTF-32 length rule: an estimate that counts 0 from 0x10FFFF up.
 inline size_t utf32ToUtf8Estimate(std::u32string_view src) {
   size_t n = 0;
-  for (char32_t c : src) {
-    if (c < 0x80)
-      n += 1;
-    else if (c < 0x800)
-      n += 2;
-    else if (c < 0x10000)
-      n += 3;
-    else if (c < 0x10FFFF)
-      n += 4;
-  }
+  for (char32_t c : src) n += c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : c < 0x10FFFF ? 4 : 0;
   return n;
 }
 
