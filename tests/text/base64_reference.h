@@ -35,9 +35,14 @@ inline std::string encode(std::string_view bytes, std::string_view alphabet, boo
 
 inline std::string decode(std::string_view text, std::string_view alphabet) {
   std::string values;  // the 6-bit values of the kept characters
+  int table[256];      // the value of each byte, -1 outside the alphabet
+  std::fill_n(table, 256, -1);
+  for (size_t i = 0; i < alphabet.size(); ++i) {
+    table[static_cast<uint8_t>(alphabet[i])] = static_cast<int>(i);
+  }
   for (char c : text) {
-    const size_t value = alphabet.find(c);
-    if (value != std::string_view::npos) values += static_cast<char>(value);
+    const int value = table[static_cast<uint8_t>(c)];
+    if (value >= 0) values += static_cast<char>(value);
   }
   std::string bytes;
   for (size_t i = 0; i + 1 < values.size(); i += 4) {
