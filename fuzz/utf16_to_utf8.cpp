@@ -4,13 +4,11 @@
 #include <cstdint>
 #include <string>
 
-#include "text/unicode_checks.h"
+#include "unicode_fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::u16string units = unicoderef::unitsFromBytes<char16_t>(data, size);
-  unicoderef::require(unicoderef::onEveryPath([&] {
-    return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, units,
-                                      unicoderef::capacityLimitFor(units.size()));
-  }));
+  const std::u16string units = unicodefuzz::unitsFromBytes<char16_t>(data, size);
+  unicodefuzz::require(unicoderef::onEveryPath(
+      [&] { return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, units); }));
   return 0;
 }

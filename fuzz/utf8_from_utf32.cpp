@@ -4,13 +4,11 @@
 #include <cstdint>
 #include <string>
 
-#include "text/unicode_checks.h"
+#include "unicode_fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::u32string units = unicoderef::unitsFromBytes<char32_t>(data, size);
-  unicoderef::require(unicoderef::onEveryPath([&] {
-    return unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, units,
-                                      unicoderef::capacityLimitFor(units.size()));
-  }));
+  const std::u32string units = unicodefuzz::unitsFromBytes<char32_t>(data, size);
+  unicodefuzz::require(unicoderef::onEveryPath(
+      [&] { return unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, units); }));
   return 0;
 }

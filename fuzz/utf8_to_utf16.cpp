@@ -5,14 +5,12 @@
 #include <string_view>
 
 #include "qta/text/unicode.h"
-#include "text/unicode_checks.h"
+#include "unicode_fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
-  unicoderef::require(unicoderef::onEveryPath([&] {
-    return unicoderef::checkDirection(unicoderef::kUtf8ToUtf16, input,
-                                      unicoderef::capacityLimitFor(size));
-  }));
+  unicodefuzz::require(unicoderef::onEveryPath(
+      [&] { return unicoderef::checkDirection(unicoderef::kUtf8ToUtf16, input); }));
   // Well formed means valid, with no stray continuation bytes and no surrogates:
   // then the decoded code points re-encode to exactly the input.
   const std::u32string codePoints = qta::text::utf8ToUtf32(input);
@@ -24,10 +22,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   if (qta::text::isValidUtf8(input) && !surrogates && encodedSize == size) {
     if (qta::text::utf16ToUtf8(qta::text::utf8ToUtf16(input)) != input) {
-      unicoderef::require("UTF-8 -> UTF-16 -> UTF-8 changed well-formed text");
+      unicodefuzz::require("UTF-8 -> UTF-16 -> UTF-8 changed well-formed text");
     }
     if (qta::text::utf32ToUtf8(codePoints) != input) {
-      unicoderef::require("UTF-8 -> UTF-32 -> UTF-8 changed well-formed text");
+      unicodefuzz::require("UTF-8 -> UTF-32 -> UTF-8 changed well-formed text");
     }
   }
   return 0;

@@ -33,6 +33,7 @@ bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
 }
 
 std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
+  detail::clearUpperState();
   std::string text(base64::encodedLength(size, alphabet.padded), '\0');
   const auto* bytes = static_cast<const uint8_t*>(data);
   const size_t done =
@@ -59,6 +60,7 @@ Out decodeKept(const char* kept, size_t size, const Alphabet& alphabet) {
 // other is filtered into a heap copy.
 template <typename Out>
 Out decode(const char* text, size_t size, const Alphabet& alphabet) {
+  detail::clearUpperState();
   if (size <= kLocalScratch) {
     char scratch[kLocalScratch + base64::kFilterSlack];
     return decodeKept<Out>(scratch, filter(text, size, scratch, alphabet), alphabet);

@@ -8,6 +8,10 @@
 #include "text/base64_scalar.h"
 
 #define QTA_AVX2 __attribute__((target("avx2,popcnt")))
+// The kernels start on a cache line of their own, so that where the linker
+// happens to place them cannot shift their loops across line boundaries: the
+// filter loop ran 5 to 10% slower at an unlucky offset.
+#define QTA_AVX2_KERNEL QTA_AVX2 __attribute__((aligned(64)))
 
 namespace qta::text::base64 {
 namespace {
@@ -113,7 +117,8 @@ QTA_AVX2 __m256i decodeBlock(__m256i chars, __m256i shift, __m256i lastChar, __m
 
 }  // namespace
 
-QTA_AVX2 size_t encodeAvx2(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet) {
+QTA_AVX2_KERNEL size_t encodeAvx2(const uint8_t* in, size_t size, char* out,
+                                  const Alphabet& alphabet) {
   const size_t full = size - size % 3;
   if (full < 24) return 0;
   const __m256i shift = broadcast16(alphabet.encodeShift.data());
@@ -129,7 +134,7 @@ QTA_AVX2 size_t encodeAvx2(const uint8_t* in, size_t size, char* out, const Alph
   return full;
 }
 
-QTA_AVX2 size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& alphabet) {
+QTA_AVX2_KERNEL size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& alphabet) {
   if (size < 32) return firstSkippedScalar(text, size, alphabet);
   const SkipTables tables = skipTables(alphabet);
   const auto load = [text](size_t at) QTA_AVX2 {
@@ -154,7 +159,8 @@ QTA_AVX2 size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& 
   return size;
 }
 
-QTA_AVX2 size_t filterAvx2(const char* text, size_t size, char* out, const Alphabet& alphabet) {
+QTA_AVX2_KERNEL size_t filterAvx2(const char* text, size_t size, char* out,
+                                  const Alphabet& alphabet) {
   const SkipTables tables = skipTables(alphabet);
   size_t kept = 0;
   size_t i = 0;
@@ -178,7 +184,8 @@ QTA_AVX2 size_t filterAvx2(const char* text, size_t size, char* out, const Alpha
   return compress16(_mm256_extracti128_si256(chars, 1), mask >> 16, out, kept);
 }
 
-QTA_AVX2 size_t decodeAvx2(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet) {
+QTA_AVX2_KERNEL size_t decodeAvx2(const char* text, size_t kept, uint8_t* out,
+                                  const Alphabet& alphabet) {
   const size_t full = kept - kept % 4;
   if (full < 32) return 0;
   const __m256i shift = broadcast16(alphabet.decodeShift.data());

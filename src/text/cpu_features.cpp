@@ -1,28 +1,30 @@
 #include "text/cpu_features.h"
 
-#include <atomic>
-
 namespace qta::text::detail {
 namespace {
 
-bool cpuHasAvx2() {
+unsigned processorFeatures() {
   __builtin_cpu_init();  // may run before the runtime's own initialisation
-  return __builtin_cpu_supports("avx2") != 0;
-}
-
-// A function-local static, so callers during static initialisation see the
-// processor's answer too.
-std::atomic<bool>& useAvx2() {
-  static std::atomic<bool> flag{cpuHasAvx2()};
-  return flag;
+  unsigned features = kFeaturesKnown;
+  if (__builtin_cpu_supports("avx")) features |= kHasAvx;
+  if (__builtin_cpu_supports("avx2")) features |= kUseAvx2;
+  return features;
 }
 
 }  // namespace
 
-bool avx2Enabled() { return useAvx2().load(std::memory_order_relaxed); }
+// Constant-initialised, so it reads 0 (not asked yet) before any constructor runs.
+constinit std::atomic<unsigned> vectorFeatureWord{0};
+
+unsigned detectVectorFeatures() {
+  const unsigned features = processorFeatures();
+  vectorFeatureWord.store(features, std::memory_order_relaxed);
+  return features;
+}
 
 void setAvx2Enabled(bool enabled) {
-  useAvx2().store(enabled && cpuHasAvx2(), std::memory_order_relaxed);
+  const unsigned features = processorFeatures();
+  vectorFeatureWord.store(enabled ? features : features & ~kUseAvx2, std::memory_order_relaxed);
 }
 
 }  // namespace qta::text::detail

@@ -1,16 +1,51 @@
-// Whether the text codecs use their AVX2 kernels. On by default when the
-// processor reports AVX2; tests and fuzz harnesses switch it off to run the
-// portable code on the same inputs. The switch is one relaxed atomic flag:
-// safe to read from any thread, and meant to be flipped only while no
-// conversion is running.
+// Which vector kernels the text codecs run, and the vector state they start in.
+//
+// The AVX2 kernels run when the processor reports AVX2 and the switch is on
+// (the default); tests and fuzz harnesses switch it off to run the portable
+// code on the same inputs. The processor is asked once, on first use, so
+// callers during static initialisation get the right answer too. The state is
+// one relaxed atomic word: safe to read from any thread; the switch is meant
+// to be flipped only while no conversion is running.
 #ifndef QTA_TEXT_CPU_FEATURES_H_
 #define QTA_TEXT_CPU_FEATURES_H_
 
+#include <atomic>
+
 namespace qta::text::detail {
 
-bool avx2Enabled();
+// Bits of vectorFeatureWord; a word of 0 means the processor was not asked yet.
+inline constexpr unsigned kFeaturesKnown = 1;
+inline constexpr unsigned kHasAvx = 2;
+inline constexpr unsigned kUseAvx2 = 4;
+
+extern std::atomic<unsigned> vectorFeatureWord;
+
+// Asks the processor, stores the answer with the AVX2 kernels on and returns it.
+unsigned detectVectorFeatures();
+
+inline unsigned vectorFeatures() {
+  const unsigned features = vectorFeatureWord.load(std::memory_order_relaxed);
+  return features != 0 ? features : detectVectorFeatures();
+}
+
+inline bool avx2Enabled() { return (vectorFeatures() & kUseAvx2) != 0; }
+
 // Turning AVX2 on has no effect on a processor without it.
 void setAvx2Enabled(bool enabled);
+
+// The kernels other than the AVX2 ones are SSE code without VEX encoding. When
+// the calling program left the upper halves of the ymm/zmm registers dirty
+// (AVX code that returned without vzeroupper), every such instruction pays a
+// penalty that made them several times slower. Each entry point that runs them
+// calls this first: on processors with AVX it clears the upper halves, which
+// the calling convention does not preserve across a call anyway.
+inline void clearUpperState() {
+  if ((vectorFeatures() & kHasAvx) != 0) {
+    asm volatile("vzeroupper" ::
+                     : "xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "xmm8",
+                       "xmm9", "xmm10", "xmm11", "xmm12", "xmm13", "xmm14", "xmm15");
+  }
+}
 
 }  // namespace qta::text::detail
 

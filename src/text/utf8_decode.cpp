@@ -6,6 +6,7 @@
 #include <string>
 
 #include "qta/text/unicode.h"
+#include "text/cpu_features.h"
 #include "text/utf_avx2.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
@@ -29,6 +30,7 @@ constexpr size_t unitsForLead(uint8_t lead) {
 // through the scalar sequence reader.
 template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
+  detail::clearUpperState();
   const uint8_t* p = src;
   size_t written = 0;
   const bool blocks = detail::avx2Enabled();
@@ -123,6 +125,7 @@ size_t convertPartial(const char*& src, size_t& remaining, Unit* dst, size_t cap
 // one sequence, and lead bytes 0xF0 and above count twice in UTF-16.
 template <typename Unit>
 size_t decodedLength(std::string_view src) {
+  detail::clearUpperState();
   const auto* p = reinterpret_cast<const uint8_t*>(src.data());
   const uint8_t* end = p + src.size();
   size_t continuations = 0;

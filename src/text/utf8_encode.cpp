@@ -5,6 +5,7 @@
 #include <string>
 
 #include "qta/text/unicode.h"
+#include "text/cpu_features.h"
 #include "text/utf_avx2.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
@@ -22,6 +23,7 @@ using detail::kBlock;
 // output is full.
 template <typename Unit>
 size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
+  detail::clearUpperState();
   const Unit* p = src;
   size_t written = 0;
   const bool blocks = sizeof(Unit) == 2 && detail::avx2Enabled();
@@ -134,6 +136,7 @@ std::string utf32ToUtf8(std::u32string_view src) {
   return convertToString(src, utf32ToUtf8Length(src));
 }
 size_t utf32ToUtf8Length(std::u32string_view src) {
+  detail::clearUpperState();
   size_t length = 0;
   for (const char32_t c : src) {
     if (c < 0x80) {
@@ -162,6 +165,7 @@ std::string utf16ToUtf8(std::u16string_view src) {
   return convertToString(src, utf16ToUtf8Length(src));
 }
 size_t utf16ToUtf8Length(std::u16string_view src) {
+  detail::clearUpperState();
   const char16_t* p = src.data();
   const char16_t* end = p + src.size();
   size_t length = 0;

@@ -5,6 +5,7 @@
 // over). So every byte of a block can be judged at once from four overlapping
 // loads, without tracking where sequences start.
 #include "qta/text/unicode.h"
+#include "text/cpu_features.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -42,6 +43,7 @@ inline __m128i blockErrors(const uint8_t* p, __m128i b0) {
 }  // namespace
 
 bool isValidUtf8(std::string_view src) {
+  detail::clearUpperState();
   const auto* p = reinterpret_cast<const uint8_t*>(src.data());
   const uint8_t* end = p + src.size();
   const auto blockIsValid = [](const uint8_t* at) {

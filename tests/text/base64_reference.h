@@ -17,39 +17,32 @@ inline constexpr std::string_view kStandard =
 inline constexpr std::string_view kUrl =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
 
+// Three bytes at a time as one 24-bit group; a final group of n bytes gives
+// n + 1 characters, then padding to four when asked.
 inline std::string encode(std::string_view bytes, std::string_view alphabet, bool padded) {
   std::string text;
-  size_t i = 0;
-  for (; i + 3 <= bytes.size(); i += 3) {
-    const auto b0 = static_cast<uint8_t>(bytes[i]);
-    const auto b1 = static_cast<uint8_t>(bytes[i + 1]);
-    const auto b2 = static_cast<uint8_t>(bytes[i + 2]);
-    text += alphabet[b0 >> 2];
-    text += alphabet[((b0 & 3) << 4) | (b1 >> 4)];
-    text += alphabet[((b1 & 15) << 2) | (b2 >> 6)];
-    text += alphabet[b2 & 63];
-  }
-  if (bytes.size() - i == 1) {
-    const auto b0 = static_cast<uint8_t>(bytes[i]);
-    text += alphabet[b0 >> 2];
-    text += alphabet[(b0 & 3) << 4];
-    if (padded) text += "==";
-  } else if (bytes.size() - i == 2) {
-    const auto b0 = static_cast<uint8_t>(bytes[i]);
-    const auto b1 = static_cast<uint8_t>(bytes[i + 1]);
-    text += alphabet[b0 >> 2];
-    text += alphabet[((b0 & 3) << 4) | (b1 >> 4)];
-    text += alphabet[(b1 & 15) << 2];
-    if (padded) text += "=";
+  for (size_t i = 0; i < bytes.size(); i += 3) {
+    const size_t n = std::min<size_t>(3, bytes.size() - i);
+    uint32_t group = 0;
+    for (size_t k = 0; k < 3; ++k) {
+      group = group << 8 | (k < n ? static_cast<uint8_t>(bytes[i + k]) : 0u);
+    }
+    for (size_t k = 0; k <= n; ++k) text += alphabet[group >> (18 - 6 * k) & 63];
+    if (padded) text.append(3 - n, '=');
   }
   return text;
 }
 
 inline std::string decode(std::string_view text, std::string_view alphabet) {
   std::string values;  // the 6-bit values of the kept characters
+  int table[256];      // the value of each byte, -1 outside the alphabet
+  std::fill_n(table, 256, -1);
+  for (size_t i = 0; i < alphabet.size(); ++i) {
+    table[static_cast<uint8_t>(alphabet[i])] = static_cast<int>(i);
+  }
   for (char c : text) {
-    const size_t value = alphabet.find(c);
-    if (value != std::string_view::npos) values += static_cast<char>(value);
+    const int value = table[static_cast<uint8_t>(c)];
+    if (value >= 0) values += static_cast<char>(value);
   }
   std::string bytes;
   for (size_t i = 0; i + 1 < values.size(); i += 4) {

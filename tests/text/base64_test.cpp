@@ -6,21 +6,18 @@
 #include <string_view>
 #include <vector>
 
+#include "text/base64_reference.h"
+#include "text/code_paths.h"
+
 namespace qta::text {
 namespace {
 
 using namespace std::string_literals;
 
-std::string decodeStandard(std::string_view text) {
-  const std::string asString = base64DecodeToString(text.data(), text.size());
-  const std::vector<uint8_t> asVector = base64Decode(text.data(), text.size());
-  EXPECT_EQ(asString, std::string(asVector.begin(), asVector.end())) << text;
-  return asString;
-}
-
-std::string decodeUrl(std::string_view text) {
-  const std::string asString = base64UrlDecodeToString(text.data(), text.size());
-  const std::vector<uint8_t> asVector = base64UrlDecode(text.data(), text.size());
+// Decodes with the string and the vector form of one alphabet; they must agree.
+std::string decode(std::string_view text, bool url) {
+  const std::string asString = url ? base64UrlDecodeToString(text) : base64DecodeToString(text);
+  const std::vector<uint8_t> asVector = url ? base64UrlDecode(text) : base64Decode(text);
   EXPECT_EQ(asString, std::string(asVector.begin(), asVector.end())) << text;
   return asString;
 }
@@ -41,8 +38,8 @@ TEST(Base64, EncodesBothAlphabets) {
       {"\0\0\0\0"s, "AAAAAA==", "AAAAAA"},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(base64Encode(c.bytes.data(), c.bytes.size()), c.standard) << c.bytes;
-    EXPECT_EQ(base64UrlEncode(c.bytes.data(), c.bytes.size()), c.url) << c.bytes;
+    EXPECT_EQ(base64Encode(c.bytes), c.standard) << c.bytes;
+    EXPECT_EQ(base64UrlEncode(c.bytes), c.url) << c.bytes;
   }
 }
 
@@ -61,19 +58,15 @@ TEST(Base64, DecodingSkipsEverythingOutsideTheAlphabet) {
       {"Zh", "f", "f"},         // unused low bits are not checked
       {"-_8", "", "\xFB\xFF"},  // each alphabet skips the other's two characters
       {"+/8=", "\xFB\xFF", ""},
-      {" Z\tm\r\n9 v ", "foo", "foo"},  // white space anywhere
-      {"Zm\x80\xFF"
-       "9v",
-       "foo", "foo"},  // bytes of 128 and above
-      {"Zm\0"
-       "9v"s,
-       "foo", "foo"},  // NUL is just another skipped byte
+      {" Z\tm\r\n9 v ", "foo", "foo"},    // white space anywhere
+      {"Zm\x80\xFF\x39v", "foo", "foo"},  // bytes of 128 and above
+      {"Zm\09v"s, "foo", "foo"},          // NUL is just another skipped byte
       {"====", "", ""},
       {"Zm9v====YmFy", "foobar", "foobar"},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(decodeStandard(c.text), c.standard) << c.text;
-    EXPECT_EQ(decodeUrl(c.text), c.url) << c.text;
+    EXPECT_EQ(decode(c.text, false), c.standard) << c.text;
+    EXPECT_EQ(decode(c.text, true), c.url) << c.text;
   }
 }
 
@@ -84,11 +77,24 @@ TEST(Base64, NullPointerWithZeroLengthIsEmpty) {
   EXPECT_EQ(base64UrlDecodeToString(nullptr, 0), "");
 }
 
-TEST(Base64, StringViewOverloadsMatch) {
-  EXPECT_EQ(base64Encode(std::string_view("foo")), "Zm9v");
-  EXPECT_EQ(base64UrlEncode(std::string_view("\xFB\xFF")), "-_8");
-  EXPECT_EQ(base64DecodeToString(std::string_view("Zm9v")), "foo");
-  EXPECT_EQ(base64UrlDecodeToString(std::string_view("-_8")), "\xFB\xFF");
+// Lengths around the vector blocks and the short-text limit, with and without
+// line breaks, on both code paths; fuzz/base64_* explore the rest.
+TEST(Base64, LongTextsMatchTheReferenceOnBothPaths) {
+  qtatest::onEachCodePath([](bool avx2) {
+    for (size_t size : {23, 24, 25, 95, 96, 97, 767, 768, 769, 3000}) {
+      std::string bytes(size, '\0');
+      for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7919 >> 3);
+      const std::string text = base64Encode(bytes);
+      ASSERT_EQ(text, base64ref::encodeStandard(bytes)) << size << avx2;
+      ASSERT_EQ(base64UrlEncode(bytes), base64ref::encodeUrl(bytes)) << size << avx2;
+      std::string lines;
+      for (size_t i = 0; i < text.size(); i += 76) lines.append(text, i, 76).append("\r\n");
+      for (const std::string& encoded : {text, lines, lines + "=" + text}) {
+        ASSERT_EQ(decode(encoded, false), base64ref::decodeStandard(encoded)) << size << avx2;
+        ASSERT_EQ(decode(encoded, true), base64ref::decodeUrl(encoded)) << size << avx2;
+      }
+    }
+  });
 }
 
 }  // namespace

@@ -11,24 +11,13 @@
 
 namespace unicoderef {
 
+// A lead byte with the top bits, then 6 bits per continuation byte.
 inline void encode(std::string& out, uint32_t c) {
-  auto put = [&](uint32_t byte) { out.push_back(static_cast<char>(byte)); };
-  if (c < 0x80) {
-    put(c);
-  } else if (c < 0x800) {
-    put(0xC0 | c >> 6);
-    put(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    if (c >= 0xD800 && c <= 0xDFFF) return;
-    put(0xE0 | c >> 12);
-    put(0x80 | (c >> 6 & 0x3F));
-    put(0x80 | (c & 0x3F));
-  } else if (c <= 0x10FFFF) {
-    put(0xF0 | c >> 18);
-    put(0x80 | (c >> 12 & 0x3F));
-    put(0x80 | (c >> 6 & 0x3F));
-    put(0x80 | (c & 0x3F));
-  }
+  if ((c >= 0xD800 && c <= 0xDFFF) || c > 0x10FFFF) return;
+  const int extra = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+  constexpr uint32_t kLead[] = {0x00, 0xC0, 0xE0, 0xF0};
+  out.push_back(static_cast<char>(kLead[extra] | c >> 6 * extra));
+  for (int k = extra - 1; k >= 0; --k) out.push_back(static_cast<char>(0x80 | (c >> 6 * k & 0x3F)));
 }
 
 inline std::string utf32ToUtf8(std::u32string_view src) {
@@ -37,18 +26,10 @@ inline std::string utf32ToUtf8(std::u32string_view src) {
   return out;
 }
 
+// The UTF-32 length rule: an estimate that counts 0 from 0x10FFFF up.
 inline size_t utf32ToUtf8Estimate(std::u32string_view src) {
   size_t n = 0;
-  for (char32_t c : src) {
-    if (c < 0x80)
-      n += 1;
-    else if (c < 0x800)
-      n += 2;
-    else if (c < 0x10000)
-      n += 3;
-    else if (c < 0x10FFFF)
-      n += 4;
-  }
+  for (char32_t c : src) n += c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : c < 0x10FFFF ? 4 : 0;
   return n;
 }
 

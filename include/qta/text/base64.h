@@ -17,19 +17,21 @@
 #include <string_view>
 #include <vector>
 
+#include "qta/export.h"
+
 namespace qta::text {
 
 // Standard alphabet ("+", "/"), padded with "=" to a multiple of 4 characters.
-std::string base64Encode(const void* data, size_t size);
+QTA_EXPORT std::string base64Encode(const void* data, size_t size);
 // URL-safe alphabet ("-", "_"), no padding.
-std::string base64UrlEncode(const void* data, size_t size);
+QTA_EXPORT std::string base64UrlEncode(const void* data, size_t size);
 
 // Standard alphabet; "-" and "_" are skipped like any other foreign byte.
-std::vector<uint8_t> base64Decode(const char* text, size_t size);
-std::string base64DecodeToString(const char* text, size_t size);
+QTA_EXPORT std::vector<uint8_t> base64Decode(const char* text, size_t size);
+QTA_EXPORT std::string base64DecodeToString(const char* text, size_t size);
 // URL-safe alphabet; "+" and "/" are skipped.
-std::vector<uint8_t> base64UrlDecode(const char* text, size_t size);
-std::string base64UrlDecodeToString(const char* text, size_t size);
+QTA_EXPORT std::vector<uint8_t> base64UrlDecode(const char* text, size_t size);
+QTA_EXPORT std::string base64UrlDecodeToString(const char* text, size_t size);
 
 inline std::string base64Encode(std::string_view bytes) {
   return base64Encode(bytes.data(), bytes.size());

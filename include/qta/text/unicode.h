@@ -43,53 +43,59 @@
 #include <string>
 #include <string_view>
 
+#include "qta/export.h"
+
 namespace qta::text {
 
 // Appends the UTF-8 form of one code point to `out`; surrogates and values above
 // 0x10FFFF append nothing.
-void appendUtf8(std::string& out, char32_t codePoint);
+QTA_EXPORT void appendUtf8(std::string& out, char32_t codePoint);
 
 // --- UTF-32 to UTF-8 ------------------------------------------------------
 // `dst` needs up to 4 bytes per code point: the length form is only an estimate
 // (it counts 0 for 0x10FFFF and above, although 0x10FFFF itself is written).
-size_t utf32ToUtf8(const char32_t* src, char* dst, bool terminate);
-size_t utf32ToUtf8(const char32_t* src, size_t count, char* dst, bool terminate);
-size_t utf32ToUtf8Partial(const char32_t*& src, size_t& remaining, char* dst, size_t capacity);
-std::string utf32ToUtf8(std::u32string_view src);
+QTA_EXPORT size_t utf32ToUtf8(const char32_t* src, char* dst, bool terminate);
+QTA_EXPORT size_t utf32ToUtf8(const char32_t* src, size_t count, char* dst, bool terminate);
+QTA_EXPORT size_t utf32ToUtf8Partial(const char32_t*& src, size_t& remaining, char* dst,
+                                     size_t capacity);
+QTA_EXPORT std::string utf32ToUtf8(std::u32string_view src);
 // Estimate: 1, 2 or 3 bytes by value (surrogates 3), 4 from 0x10000 to 0x10FFFE,
 // 0 from 0x10FFFF up.
-size_t utf32ToUtf8Length(std::u32string_view src);
+QTA_EXPORT size_t utf32ToUtf8Length(std::u32string_view src);
 
 // --- UTF-16 to UTF-8 ------------------------------------------------------
-size_t utf16ToUtf8(const char16_t* src, char* dst, bool terminate);
-size_t utf16ToUtf8(const char16_t* src, size_t count, char* dst, bool terminate);
-size_t utf16ToUtf8Partial(const char16_t*& src, size_t& remaining, char* dst, size_t capacity);
-std::string utf16ToUtf8(std::u16string_view src);
+QTA_EXPORT size_t utf16ToUtf8(const char16_t* src, char* dst, bool terminate);
+QTA_EXPORT size_t utf16ToUtf8(const char16_t* src, size_t count, char* dst, bool terminate);
+QTA_EXPORT size_t utf16ToUtf8Partial(const char16_t*& src, size_t& remaining, char* dst,
+                                     size_t capacity);
+QTA_EXPORT std::string utf16ToUtf8(std::u16string_view src);
 // Exact: a surrogate pair counts 4, an unpaired surrogate 0.
-size_t utf16ToUtf8Length(std::u16string_view src);
+QTA_EXPORT size_t utf16ToUtf8Length(std::u16string_view src);
 
 // --- UTF-8 to UTF-16 ------------------------------------------------------
 // The incremental form stops before a lead byte 0xF0 to 0xFF when fewer than
 // two units of room are left.
-size_t utf8ToUtf16(const char* src, char16_t* dst, bool terminate);
-size_t utf8ToUtf16(const char* src, size_t count, char16_t* dst, bool terminate);
-size_t utf8ToUtf16Partial(const char*& src, size_t& remaining, char16_t* dst, size_t capacity);
-std::u16string utf8ToUtf16(std::string_view src);
-size_t utf8ToUtf16Length(std::string_view src);
+QTA_EXPORT size_t utf8ToUtf16(const char* src, char16_t* dst, bool terminate);
+QTA_EXPORT size_t utf8ToUtf16(const char* src, size_t count, char16_t* dst, bool terminate);
+QTA_EXPORT size_t utf8ToUtf16Partial(const char*& src, size_t& remaining, char16_t* dst,
+                                     size_t capacity);
+QTA_EXPORT std::u16string utf8ToUtf16(std::string_view src);
+QTA_EXPORT size_t utf8ToUtf16Length(std::string_view src);
 
 // --- UTF-8 to UTF-32 ------------------------------------------------------
-size_t utf8ToUtf32(const char* src, char32_t* dst, bool terminate);
-size_t utf8ToUtf32(const char* src, size_t count, char32_t* dst, bool terminate);
-size_t utf8ToUtf32Partial(const char*& src, size_t& remaining, char32_t* dst, size_t capacity);
-std::u32string utf8ToUtf32(std::string_view src);
-size_t utf8ToUtf32Length(std::string_view src);
+QTA_EXPORT size_t utf8ToUtf32(const char* src, char32_t* dst, bool terminate);
+QTA_EXPORT size_t utf8ToUtf32(const char* src, size_t count, char32_t* dst, bool terminate);
+QTA_EXPORT size_t utf8ToUtf32Partial(const char*& src, size_t& remaining, char32_t* dst,
+                                     size_t capacity);
+QTA_EXPORT std::u32string utf8ToUtf32(std::string_view src);
+QTA_EXPORT size_t utf8ToUtf32Length(std::string_view src);
 
 // --- UTF-8 validity ---------------------------------------------------------
 // True when every lead byte has its continuation bytes, no two- or three-byte
 // form is overlong and every four-byte form is in 0x10000 to 0x10FFFF. Stray
 // continuation bytes and surrogates in three bytes are accepted (the converters
 // drop and pass them); bytes 0xF8 to 0xFF are not. Empty text is valid.
-bool isValidUtf8(std::string_view src);
+QTA_EXPORT bool isValidUtf8(std::string_view src);
 
 }  // namespace qta::text
 
