@@ -21,6 +21,16 @@ inline void require(const std::string& problem) {
   std::abort();
 }
 
+// Runs `check` on the code path the input's length picks and stops the run,
+// naming the path, when it reports a problem.
+template <typename Check>
+void requireOnPickedPath(size_t size, Check check) {
+  qtatest::onCodePathPickedBy(size, [&](bool avx2) {
+    const std::string problem = check();
+    if (!problem.empty()) require(problem + (avx2 ? " (AVX2 path)" : " (portable path)"));
+  });
+}
+
 // Reinterprets raw fuzz bytes as units of `Unit` (a trailing partial unit is dropped).
 template <typename Unit>
 std::basic_string<Unit> unitsFromBytes(const uint8_t* data, size_t size) {

@@ -7,6 +7,6 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
-  unicodefuzz::require(unicoderef::onEveryPath([&] { return unicoderef::checkValidity(input); }));
+  unicodefuzz::requireOnPickedPath(size, [&] { return unicoderef::checkValidity(input); });
   return 0;
 }
