@@ -13,11 +13,11 @@
 # library qta_NAME, so the modules above it keep building.
 #
 # A module may only use the modules named in DEPENDS and what they depend on.
-# Three checks enforce that direction:
+# Two checks enforce that direction:
 #   * qta_check_module_includes(), called once every module is declared, stops
 #     the configuration at an #include of another module's public header
-#     ("qta/OTHER/...") that is not allowed, or of another module's private
-#     header ("OTHER/..." under src/), which no module may include;
+#     ("qta/OTHER/...") that is not allowed, or of a private header
+#     ("OTHER/...", under src/) from another module or from a public header;
 #   * at build time, qta_NAME_layercheck links the module's objects with only
 #     its dependencies into a shared object with --no-undefined, so a call into
 #     a module it may not use fails the build.
@@ -85,26 +85,32 @@ function(qta_add_module name)
 endfunction()
 
 # Stops the configuration at the first #include that crosses the module wall
-# the wrong way (see qta_add_module). Module names are lower case and may hold
-# digits and underscores.
+# the wrong way (see qta_add_module): a public header of another module that
+# is not allowed, a private header of another module, a private header from a
+# public header (it would not be installed), or any path with "..". Module
+# names are lower case and may hold digits and underscores.
 function(qta_check_module_includes)
   get_property(modules GLOBAL PROPERTY QTA_MODULES)
   set(include_line "^[ \t]*#[ \t]*include[ \t]*[<\"]")
   foreach(name IN LISTS modules)
     get_property(allowed GLOBAL PROPERTY QTA_ALLOWED_${name})
-    file(GLOB_RECURSE files CONFIGURE_DEPENDS
-         ${PROJECT_SOURCE_DIR}/include/qta/${name}/*.h
-         ${PROJECT_SOURCE_DIR}/src/${name}/*.h ${PROJECT_SOURCE_DIR}/src/${name}/*.cpp)
-    foreach(file IN LISTS files)
-      file(STRINGS ${file} lines REGEX "${include_line}[a-z0-9_]+/")
+    file(GLOB_RECURSE public_files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/qta/${name}/*)
+    file(GLOB_RECURSE private_files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${name}/*)
+    foreach(file IN LISTS public_files private_files)
+      file(STRINGS ${file} lines REGEX "${include_line}")
       foreach(line IN LISTS lines)
-        string(REGEX MATCH "${include_line}(qta/)?([a-z0-9_]+)/" _ "${line}")
+        string(REGEX MATCH "${include_line}([^>\"]*)" _ "${line}")
+        set(path "${CMAKE_MATCH_1}")
+        string(REGEX MATCH "^(qta/)?([a-z0-9_]+)/" _ "${path}")
         set(public "${CMAKE_MATCH_1}")
         set(module "${CMAKE_MATCH_2}")
-        if(public AND NOT module IN_LIST allowed)
+        if(path MATCHES "(^|/)\\.\\./")
+          message(FATAL_ERROR "${file}: module ${name} may not include ${path}: no \"..\" in includes")
+        elseif(public AND NOT module IN_LIST allowed)
           message(FATAL_ERROR "${file}: module ${name} may not include qta/${module}/ "
                               "(it builds only on: ${allowed})")
-        elseif(NOT public AND NOT module STREQUAL name AND module IN_LIST modules)
+        elseif(NOT public AND module IN_LIST modules AND
+               (NOT module STREQUAL name OR file IN_LIST public_files))
           message(FATAL_ERROR "${file}: module ${name} may not include ${module}/, "
                               "the private headers of module ${module}")
         endif()

@@ -43,7 +43,9 @@ void releaseScratch(void*) noexcept { delete std::exchange(threadScratch, nullpt
 
 // The calling thread's scratch values, made on first use together with a
 // thread-exit handler that frees them. A call after that handler ran makes
-// and registers fresh ones, which are then freed as well.
+// and registers fresh ones, which are then freed as well. The handler is
+// registered with the C++ runtime's own hook (GNU libstdc++ and LLVM libc++
+// both provide __cxa_thread_atexit), as a thread_local destructor would be.
 Scratch& scratch() {
   if (threadScratch == nullptr) {
     auto fresh = std::make_unique<Scratch>();

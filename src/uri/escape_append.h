@@ -17,8 +17,9 @@ int escapeAt(std::string_view text, size_t pos);
 // Appends "%" and the byte in upper-case hexadecimal.
 void appendEscaped(std::string& out, unsigned char byte);
 
-// Each returns what its namesake in qta/uri/escape.h returns, appended to
-// `out`; appendPercentDecoded returns the `ok` flag.
+// Each appends to `out` what its namesake in qta/uri/escape.h returns.
+// appendPercentDecoded appends the lenient form and returns false where
+// percentDecode gives nothing (a "%" that begins no escape).
 bool appendPercentDecoded(std::string& out, std::string_view text, TemplateMode templateMode);
 void appendNormalized(std::string& out, std::string_view text, const CharSet& decodeSet,
                       const CharSet& keepSet, TemplateMode templateMode);

@@ -15,6 +15,16 @@ namespace {
 // kLocal is the local file path: segments as they are.
 enum class Form { kFull, kDisplay, kLocal };
 
+// Characters the writers leave literal besides the unreserved ones. A path
+// segment escapes "+" and "@" on purpose.
+constexpr uri::CharSet kPathSegmentSet{"!$&'()*,;=:"};
+constexpr uri::CharSet kMediaTypeSet{"!$&'()*+=;:@/[]\""};
+
+// Characters whose escapes the display form shows decoded.
+constexpr uri::CharSet kUserInfoDisplaySet{"@:/?#[]"};
+constexpr uri::CharSet kQueryDisplaySet{"&=#"};
+constexpr uri::CharSet kFragmentDisplaySet{"#"};
+
 bool writesEmptyAuthority(std::string_view scheme) { return scheme == "udp" || scheme == "rtp"; }
 
 // Bytes a display path segment shows as they are: all but control bytes and
@@ -30,7 +40,7 @@ constexpr uri::CharSet displaySegmentSet() {
 void appendSegment(std::string& out, std::string_view segment, Form form,
                    TemplateMode templateMode) {
   if (form == Form::kFull) {
-    uri::detail::appendPercentEncoded(out, segment, uri::kPathSegmentSet, templateMode);
+    uri::detail::appendPercentEncoded(out, segment, kPathSegmentSet, templateMode);
     return;
   }
   if (form == Form::kLocal) {
@@ -65,7 +75,7 @@ std::string write(const URI::Data& data, Form form, TemplateMode templateMode) {
     out += ':';
   }
   if (data.content != nullptr && data.scheme == "data") {
-    uri::detail::appendPercentEncoded(out, data.content->mediaType, uri::kMediaTypeSet,
+    uri::detail::appendPercentEncoded(out, data.content->mediaType, kMediaTypeSet,
                                       TemplateMode::kOff);
     if (form == Form::kDisplay) {
       out += ",[...]";  // the payload is never shown
@@ -81,7 +91,7 @@ std::string write(const URI::Data& data, Form form, TemplateMode templateMode) {
       if (form == Form::kFull) {
         out += data.userInfo;
       } else {
-        uri::detail::appendDisplayDecoded(out, data.userInfo, uri::kUserInfoDisplaySet,
+        uri::detail::appendDisplayDecoded(out, data.userInfo, kUserInfoDisplaySet,
                                           TemplateMode::kOff);
       }
       out += '@';
@@ -97,7 +107,7 @@ std::string write(const URI::Data& data, Form form, TemplateMode templateMode) {
     if (form == Form::kFull) {
       out += data.query;
     } else {
-      uri::detail::appendDisplayDecoded(out, data.query, uri::kQueryDisplaySet, templateMode);
+      uri::detail::appendDisplayDecoded(out, data.query, kQueryDisplaySet, templateMode);
     }
   }
   if (!data.fragment.empty()) {
@@ -105,7 +115,7 @@ std::string write(const URI::Data& data, Form form, TemplateMode templateMode) {
     if (form == Form::kFull) {
       out += data.fragment;
     } else {
-      uri::detail::appendDisplayDecoded(out, data.fragment, uri::kFragmentDisplaySet, templateMode);
+      uri::detail::appendDisplayDecoded(out, data.fragment, kFragmentDisplaySet, templateMode);
     }
   }
   return out;

@@ -31,8 +31,11 @@ else
   "$CXX" -std=c++20 $("$PKG_CONFIG" --cflags qta) "$here/main.cpp" -o "$work/consumer" $libs
 fi
 
-if [[ $kind == static ]] && ldd "$work/consumer" | grep -q libqta; then
-  echo "the static consumer loads libqta.so" >&2
-  exit 1
+if [[ $kind == static ]]; then
+  libraries=$(ldd "$work/consumer")
+  if [[ $libraries == *libqta.so* ]]; then
+    echo "the static consumer loads libqta.so" >&2
+    exit 1
+  fi
 fi
 "$work/consumer"

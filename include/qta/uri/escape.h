@@ -58,16 +58,6 @@ inline constexpr CharSet kQueryKeepSet{"+;&=[]"};
 inline constexpr CharSet kFragmentDecodeSet{"!$&'()*+,;=:/?@"};
 inline constexpr CharSet kFragmentKeepSet{"[]"};
 
-// Characters the writers leave literal besides the unreserved ones. A path
-// segment escapes "+" and "@" on purpose.
-inline constexpr CharSet kPathSegmentSet{"!$&'()*,;=:"};
-inline constexpr CharSet kMediaTypeSet{"!$&'()*+=;:@/[]\""};
-
-// Characters whose escapes the display form shows decoded.
-inline constexpr CharSet kUserInfoDisplaySet{"@:/?#[]"};
-inline constexpr CharSet kQueryDisplaySet{"&=#"};
-inline constexpr CharSet kFragmentDisplaySet{"#"};
-
 // True when every "%" (outside placeholders in template mode) is followed by
 // two hexadecimal digits.
 QTA_EXPORT bool hasValidEscapes(std::string_view text,
