@@ -17,11 +17,11 @@ DataURIContent::DataURIContent(std::vector<uint8_t>&& payload, std::string&& typ
   if (mediaType.empty()) mediaType = "text/plain;charset=US-ASCII";
 }
 
-URI::URI() noexcept : shared_(holdEmpty()) {}
+URI::URI() noexcept : shared_(empty()) {}
 
 URI::URI(const URI& other) noexcept : shared_(hold(other.shared_)) {}
 
-URI::URI(URI&& other) noexcept : shared_(std::exchange(other.shared_, holdEmpty())) {}
+URI::URI(URI&& other) noexcept : shared_(std::exchange(other.shared_, empty())) {}
 
 URI& URI::operator=(const URI& other) noexcept {
   Shared* const previous = shared_;
@@ -33,37 +33,40 @@ URI& URI::operator=(const URI& other) noexcept {
 URI& URI::operator=(URI&& other) noexcept {
   if (this != &other) {
     release(shared_);
-    shared_ = std::exchange(other.shared_, holdEmpty());
+    shared_ = std::exchange(other.shared_, empty());
   }
   return *this;
 }
 
 URI::~URI() { release(shared_); }
 
-// Every empty URI holds this one Shared. It lives in static storage and is
-// never destroyed (its count keeps a hold that is never released), so empty
-// URIs cost no allocation and may outlive other static objects.
-URI::Shared* URI::holdEmpty() noexcept {
+// Every empty URI holds this one Shared. It lives in static storage, is never
+// destroyed and is never counted, so empty URIs cost no allocation, may
+// outlive other static objects, and making or moving one does no atomic
+// operation on a counter that every thread would share.
+URI::Shared* URI::empty() noexcept {
   alignas(Shared) static unsigned char storage[sizeof(Shared)];
   static Shared* const kEmpty = new (storage) Shared();
-  return hold(kEmpty);
+  return kEmpty;
 }
 
 URI::Shared* URI::hold(Shared* shared) noexcept {
-  shared->holders.fetch_add(1, std::memory_order_relaxed);
+  if (shared != empty()) shared->holders.fetch_add(1, std::memory_order_relaxed);
   return shared;
 }
 
 // The release half of the count: a holder's reads of the data happen before
 // the decrement that drops its hold.
 void URI::release(Shared* shared) noexcept {
-  if (shared->holders.fetch_sub(1, std::memory_order_acq_rel) == 1) delete shared;
+  if (shared != empty() && shared->holders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    delete shared;
+  }
 }
 
 URI::Data& URI::mutableData() {
   // Seeing a count of 1 with acquire ordering makes every former holder's
   // reads happen before the change below.
-  if (shared_->holders.load(std::memory_order_acquire) != 1) {
+  if (shared_ == empty() || shared_->holders.load(std::memory_order_acquire) != 1) {
     Shared* const own = new Shared(shared_->data);
     release(shared_);
     shared_ = own;
@@ -73,7 +76,7 @@ URI::Data& URI::mutableData() {
 
 URI::URI(std::string_view text, TemplateMode templateMode) {
   auto shared = std::make_unique<Shared>();
-  shared_ = parse(text, templateMode, shared->data) ? shared.release() : holdEmpty();
+  shared_ = parse(text, templateMode, shared->data) ? shared.release() : empty();
 }
 
 URI::URI(std::string scheme, std::string host, uint32_t port) : shared_(new Shared()) {

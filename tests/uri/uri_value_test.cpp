@@ -51,6 +51,8 @@ TEST(ConcurrentURI, CopiesSetAndDroppedOnSeveralThreads) {
         if (t % 2 == 0) copy.setQuery("t=" + std::to_string(t));
         EXPECT_EQ(copy.query()[0], t % 2 == 0 ? 't' : 'q');
         copy = qta::URI();
+        copy.setScheme("ftp");  // every empty URI shares one value: it must be copied first
+        EXPECT_EQ(qta::URI().scheme(), "");
         dropped.fetch_add(1, std::memory_order_relaxed);
       });
     }

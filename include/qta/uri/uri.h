@@ -133,7 +133,7 @@ class QTA_EXPORT URI {
   explicit URI(Shared* shared) noexcept : shared_(shared) {}
   // The data, first copied when another URI holds it too.
   Data& mutableData();
-  static Shared* holdEmpty() noexcept;
+  static Shared* empty() noexcept;
   static Shared* hold(Shared* shared) noexcept;
   static void release(Shared* shared) noexcept;
 
