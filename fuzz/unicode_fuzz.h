@@ -25,10 +25,8 @@ inline void require(const std::string& problem) {
 // naming the path, when it reports a problem.
 template <typename Check>
 void requireOnPickedPath(size_t size, Check check) {
-  qtatest::onCodePathPickedBy(size, [&](bool avx2) {
-    const std::string problem = check();
-    if (!problem.empty()) require(problem + (avx2 ? " (AVX2 path)" : " (portable path)"));
-  });
+  qtatest::onCodePathPickedBy(size,
+                              [&](bool avx2) { require(unicoderef::namingPath(check(), avx2)); });
 }
 
 // Reinterprets raw fuzz bytes as units of `Unit` (a trailing partial unit is dropped).

@@ -160,6 +160,12 @@ inline std::string checkValidity(std::string_view input) {
   return "";
 }
 
+// `problem`, when there is one, followed by the code path it was found on.
+inline std::string namingPath(std::string problem, bool avx2) {
+  if (!problem.empty()) problem += avx2 ? " (AVX2 path)" : " (portable path)";
+  return problem;
+}
+
 // Runs `check` with the AVX2 block converters switched off and then on (where
 // the processor has AVX2), so both the portable and the AVX2 paths are compared
 // with the reference; returns the first problem found, naming the path.
@@ -167,9 +173,7 @@ template <typename Check>
 std::string onEveryPath(Check check) {
   std::string problem;
   qtatest::onEachCodePath([&](bool avx2) {
-    if (!problem.empty()) return;
-    problem = check();
-    if (!problem.empty()) problem += avx2 ? " (AVX2 path)" : " (portable path)";
+    if (problem.empty()) problem = namingPath(check(), avx2);
   });
   return problem;
 }
