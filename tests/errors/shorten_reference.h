@@ -39,8 +39,8 @@ inline std::optional<std::string> referenceShorten(std::string_view text, size_t
   }
   if (starts.size() <= limit) return std::string(text);
   const size_t half = limit / 2;
-  return std::string(text.substr(0, starts[half])) + "..." +
-         std::string(text.substr(starts[starts.size() - half]));
+  const size_t tailStart = half == 0 ? text.size() : starts[starts.size() - half];
+  return std::string(text.substr(0, starts[half])) + "..." + std::string(text.substr(tailStart));
 }
 
 // Properties every result has; empty when they hold, else what failed.
