@@ -121,8 +121,9 @@ int run(const Command& self, Args args) {
       return kSuccess;
     }
   }
-  if (operands.size() > 1)
+  if (operands.size() > 1) {
     return usageError(self, "unknown translator '" + std::string(operands[0]) + "'");
+  }
   return printCode(self, operands[0]);
 }
 
@@ -139,7 +140,8 @@ void printThrown(std::ostream& out, Thrower thrower) {
 void demo(std::ostream& out) {
   using namespace qta::errors;
   out << "== errors\n";
-  for (const uint32_t code : {0u + kFileNotFound, 0u + kEmptyInput, 0u + kClosingEntry, 53u, 99u}) {
+  const uint32_t codes[] = {kFileNotFound, kEmptyInput, kClosingEntry, 53, 99};
+  for (const uint32_t code : codes) {
     out << "code " << code << ": group " << errorGroup(code) << ", \"" << errorMessage(code)
         << "\"\n";
   }
