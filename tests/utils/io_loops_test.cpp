@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -15,28 +16,18 @@
 namespace qta::utils {
 namespace {
 
-// A pipe whose ends close with the object.
+// A pipe whose ends (kRead, kWrite) close with the object.
+constexpr int kRead = 0, kWrite = 1;
 struct Pipe {
-  int read = -1;
-  int write = -1;
-  Pipe() {
-    int ends[2];
-    if (pipe(ends) == 0) {
-      read = ends[0];
-      write = ends[1];
-    }
-  }
+  int ends[2] = {-1, -1};
+  Pipe() { EXPECT_EQ(pipe(ends), 0); }
   ~Pipe() {
-    closeRead();
-    closeWrite();
+    closeEnd(kRead);
+    closeEnd(kWrite);
   }
-  void closeRead() {
-    if (read >= 0) close(read);
-    read = -1;
-  }
-  void closeWrite() {
-    if (write >= 0) close(write);
-    write = -1;
+  void closeEnd(int end) {
+    if (ends[end] >= 0) close(ends[end]);
+    ends[end] = -1;
   }
 };
 
@@ -50,15 +41,13 @@ volatile sig_atomic_t signalsDelivered = 0;
 void countSignal(int) { signalsDelivered = signalsDelivered + 1; }
 
 // Sends SIGALRM to this process every 200 microseconds, with a handler
-// installed without SA_RESTART, so blocking calls fail with EINTR.
+// installed without SA_RESTART, so blocked calls fail with EINTR.
 class InterruptingTimer {
  public:
   InterruptingTimer() {
     signalsDelivered = 0;
     struct sigaction action {};
     action.sa_handler = countSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = 0;
     sigaction(SIGALRM, &action, &previous_);
     const itimerval every{{0, 200}, {0, 200}};
     setitimer(ITIMER_REAL, &every, nullptr);
@@ -73,109 +62,71 @@ class InterruptingTimer {
   struct sigaction previous_ {};
 };
 
-// Forks a child that keeps one end of `pipe`, runs `body` and exits with its
-// result; returns the child's process id.
-template <typename Body>
-pid_t runChild(Body body, Pipe& pipe, bool childReads) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (childReads) {
-      pipe.closeWrite();
-    } else {
-      pipe.closeRead();
+// The other side of the pipe in a child process (which has no timer): moves
+// `data` in 4096-byte steps with pauses, so the parent's calls block. Returns
+// 0 when every byte went out or arrived intact.
+int slowPeer(Pipe& pipe, const std::vector<char>& data, bool peerWrites) {
+  pipe.closeEnd(peerWrites ? kRead : kWrite);
+  std::vector<char> chunk(4096);
+  size_t offset = 0;
+  while (offset < data.size()) {
+    const size_t step = std::min(chunk.size(), data.size() - offset);
+    const ssize_t moved = peerWrites ? write(pipe.ends[kWrite], data.data() + offset, step)
+                                     : read(pipe.ends[kRead], chunk.data(), step);
+    if (moved <= 0) return 1;
+    const size_t count = static_cast<size_t>(moved);
+    if (!peerWrites && std::memcmp(chunk.data(), data.data() + offset, count) != 0) return 2;
+    offset += count;
+    usleep(200);
+  }
+  return 0;
+}
+
+TEST(IoLoops, MoveEveryByteAcrossInterruptedCalls) {
+  const std::vector<char> data = pattern(512 * 1024);
+  for (bool parentWrites : {false, true}) {
+    SCOPED_TRACE(parentWrites ? "writeAll" : "readAll");
+    Pipe pipe;
+    const pid_t peer = fork();
+    if (peer == 0) _exit(slowPeer(pipe, data, !parentWrites));
+    const int mine = parentWrites ? kWrite : kRead;
+    pipe.closeEnd(kRead + kWrite - mine);
+
+    std::vector<char> received(data.size());
+    size_t done = 0;
+    int result;
+    {
+      InterruptingTimer timer;
+      result = parentWrites ? writeAll(pipe.ends[mine], data.data(), data.size(), &done)
+                            : readAll(pipe.ends[mine], received.data(), data.size(), &done);
     }
-    _exit(body());
+    pipe.closeEnd(mine);
+    EXPECT_GT(signalsDelivered, 0);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(done, data.size());
+    if (!parentWrites) {
+      EXPECT_TRUE(received == data);
+    }
+    int status = -1;
+    while (waitpid(peer, &status, 0) < 0 && errno == EINTR) {
+    }
+    EXPECT_EQ(status, 0);
   }
-  return child;
 }
 
-int waitFor(pid_t child) {
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  return status;
-}
-
-TEST(ReadAll, CollectsEveryByteAcrossInterruptedReads) {
-  const std::vector<char> sent = pattern(256 * 1024);
-  Pipe pipe;
-  // The child trickles the data in, so the parent's reads block and the timer
-  // interrupts them.
-  const pid_t child = runChild(
-      [&] {
-        for (size_t offset = 0; offset < sent.size(); offset += 4096) {
-          if (write(pipe.write, sent.data() + offset, 4096) != 4096) return 1;
-          usleep(300);
-        }
-        return 0;
-      },
-      pipe, false);
-  pipe.closeWrite();
-
-  std::vector<char> received(sent.size() + 1);
-  size_t done = 0;
-  int result;
-  {
-    InterruptingTimer timer;
-    result = readAll(pipe.read, received.data(), sent.size(), &done);
-  }
-  EXPECT_GT(signalsDelivered, 0);
-  EXPECT_EQ(result, 0);
-  ASSERT_EQ(done, sent.size());
-  EXPECT_EQ(std::memcmp(received.data(), sent.data(), done), 0);
-  EXPECT_EQ(waitFor(child), 0);
-}
-
-TEST(WriteAll, DeliversEveryByteAcrossInterruptedWrites) {
-  const std::vector<char> sent = pattern(1024 * 1024);
-  Pipe pipe;
-  // The child drains the pipe slowly, so the parent's writes block on a full
-  // pipe and the timer interrupts them. Exit status 0: all bytes arrived intact.
-  const pid_t child = runChild(
-      [&] {
-        std::vector<char> chunk(4096);
-        size_t offset = 0;
-        for (;;) {
-          const ssize_t got = read(pipe.read, chunk.data(), chunk.size());
-          if (got <= 0) break;
-          if (offset + static_cast<size_t>(got) > sent.size() ||
-              std::memcmp(chunk.data(), sent.data() + offset, static_cast<size_t>(got)) != 0) {
-            return 1;
-          }
-          offset += static_cast<size_t>(got);
-          usleep(100);
-        }
-        return offset == sent.size() ? 0 : 2;
-      },
-      pipe, true);
-  pipe.closeRead();
-
-  size_t done = 0;
-  int result;
-  {
-    InterruptingTimer timer;
-    result = writeAll(pipe.write, sent.data(), sent.size(), &done);
-  }
-  pipe.closeWrite();
-  EXPECT_GT(signalsDelivered, 0);
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(done, sent.size());
-  EXPECT_EQ(waitFor(child), 0);
-}
-
-TEST(ReadAll, EndOfFileIsNoError) {
+TEST(IoLoops, ReadAllStopsAtEndOfFileWithoutError) {
   struct Case {
     std::string written;
     size_t asked;
   };
   for (const Case& c : {Case{"abc", 10}, Case{"", 4}, Case{"abcd", 4}, Case{"abc", 0}}) {
     Pipe pipe;
-    ASSERT_EQ(write(pipe.write, c.written.data(), c.written.size()),
+    ASSERT_EQ(write(pipe.ends[kWrite], c.written.data(), c.written.size()),
               static_cast<ssize_t>(c.written.size()));
-    pipe.closeWrite();
+    pipe.closeEnd(kWrite);
     std::string buffer(c.asked, '\0');
     size_t done = 99;
-    EXPECT_EQ(readAll(pipe.read, buffer.data(), c.asked, &done), 0) << c.written;
+    EXPECT_EQ(readAll(pipe.ends[kRead], buffer.data(), c.asked, &done), 0) << c.written;
     EXPECT_EQ(done, std::min(c.written.size(), c.asked)) << c.written;
     EXPECT_EQ(buffer.substr(0, done), c.written.substr(0, done));
   }
@@ -187,7 +138,6 @@ TEST(ReadAll, EndOfFileIsNoError) {
 TEST(IoLoops, ErrorsReportWhatMovedBeforeThem) {
   char buffer[16] = "0123456789";
   size_t done = 99;
-  errno = 0;
   EXPECT_EQ(writeAll(-1, buffer, 10, &done), -1);
   EXPECT_EQ(errno, EBADF);
   EXPECT_EQ(done, 0u);
@@ -197,28 +147,25 @@ TEST(IoLoops, ErrorsReportWhatMovedBeforeThem) {
   EXPECT_EQ(done, 0u);
 
   Pipe pipe;
-  ASSERT_EQ(fcntl(pipe.write, F_SETFL, O_NONBLOCK), 0);
-  ASSERT_EQ(fcntl(pipe.read, F_SETFL, O_NONBLOCK), 0);
-  const size_t capacity = static_cast<size_t>(fcntl(pipe.write, F_GETPIPE_SZ));
-  const std::vector<char> big = pattern(capacity * 2);
-  EXPECT_EQ(writeAll(pipe.write, big.data(), big.size(), &done), -1);
+  for (int end : pipe.ends) ASSERT_EQ(fcntl(end, F_SETFL, O_NONBLOCK), 0);
+  const size_t capacity = static_cast<size_t>(fcntl(pipe.ends[kWrite], F_GETPIPE_SZ));
+  const std::vector<char> sent = pattern(capacity * 2);
+  EXPECT_EQ(writeAll(pipe.ends[kWrite], sent.data(), sent.size(), &done), -1);
   EXPECT_EQ(errno, EAGAIN);
   EXPECT_EQ(done, capacity);
-
   std::vector<char> back(capacity * 2);
-  EXPECT_EQ(readAll(pipe.read, back.data(), back.size(), &done), -1);
+  EXPECT_EQ(readAll(pipe.ends[kRead], back.data(), back.size(), &done), -1);
   EXPECT_EQ(errno, EAGAIN);
-  EXPECT_EQ(done, capacity);
-  EXPECT_EQ(std::memcmp(back.data(), big.data(), capacity), 0);
+  ASSERT_EQ(done, capacity);
+  EXPECT_EQ(std::memcmp(back.data(), sent.data(), capacity), 0);
 
-  // No reader left: EPIPE (with SIGPIPE ignored), nothing written; `done`
-  // may be left out.
-  pipe.closeRead();
+  // No reader left: EPIPE (SIGPIPE ignored); `done` may be left out.
+  pipe.closeEnd(kRead);
   struct sigaction ignore {
   }, previous{};
   ignore.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &ignore, &previous);
-  EXPECT_EQ(writeAll(pipe.write, buffer, 10), -1);
+  EXPECT_EQ(writeAll(pipe.ends[kWrite], buffer, 10), -1);
   EXPECT_EQ(errno, EPIPE);
   sigaction(SIGPIPE, &previous, nullptr);
 }
