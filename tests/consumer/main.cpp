@@ -5,11 +5,18 @@
 #include <string>
 
 #include "qta/json/json.h"
+#include "qta/pools/apr_pool.h"
 #include "qta/text/base64.h"
 #include "qta/uri/uri.h"
 #include "qta/utils/format.h"
 
 int main() {
+  // The pool's header includes APR's: the package must hand APR on.
+  qta::APRPool pool("consumer");
+  if (pool.handle() == nullptr || pool.tag() != "0-consumer") {
+    std::fprintf(stderr, "pool tag %s\n", pool.tag().c_str());
+    return 1;
+  }
   qta::JSON::root object = qta::json::makeObject();
   object->set("host", qta::json::makeString(qta::URI("http://B\xC3\xBC"
                                                      "cher.example/")
