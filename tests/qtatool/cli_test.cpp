@@ -13,7 +13,7 @@ namespace {
 
 TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
   const std::string help = runTool({"--help"}).out;
-  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri"}) {
+  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri", "error"}) {
     EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
     const ToolResult own = runTool({name, "--help"});
     EXPECT_EQ(own.status, 0) << name;
@@ -23,31 +23,18 @@ TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
 }
 
 // A wrong command line or an unreadable input exits with 2, a message on
-// stderr and nothing on stdout. One case per line, arguments split at spaces;
-// the first line is empty: no arguments at all.
+// stderr and nothing on stdout. Cases end at ';', their arguments split at
+// white space; the first case is empty: no arguments at all.
 TEST(QtatoolCli, UsageErrorsExitWithTwo) {
-  std::istringstream cases(R"(
-no-such-command
---no-such-option
-demo extra
-base64
-base64 compress
-base64 encode --wrap
-base64 decode a b
-base64 decode /no/such/file
-utf8
-utf8 shout
-utf8 check a b
-utf16 to-utf8 12345
-utf16 to-utf8 xyz
-utf32 to-utf8 123456789
-uri show x
-uri parse
-uri parse a b
-uri parse --file
-uri parse a --file -
-uri parse --file /no/such/file)");
-  for (std::string line; std::getline(cases, line);) {
+  std::istringstream cases(R"(; no-such-command; --no-such-option; demo extra;
+base64; base64 compress; base64 encode --wrap; base64 decode a b; base64 decode /no/such/file;
+utf8 check a b; utf16 to-utf8 12345; utf16 to-utf8 xyz; utf32 to-utf8 123456789;
+uri show x; uri parse; uri parse a b; uri parse --file; uri parse a --file -;
+uri parse --file /no/such/file;
+error; error x; error 4294967296; error 1 2; error smtp 1; error http 4o4 GET http://h/;
+error http 404 GET; error transfer gopher 1 GET http://h/; error transfer ftp 1 GET;
+error errno 30 x; error errno -1 2; error apr 13 /p extra)");
+  for (std::string line; std::getline(cases, line, ';');) {
     std::vector<std::string> args;
     std::istringstream words(line);
     for (std::string word; words >> word;) args.push_back(word);
@@ -56,6 +43,7 @@ uri parse --file /no/such/file)");
     EXPECT_FALSE(result.err.empty()) << line;
     EXPECT_TRUE(result.out.empty()) << line;
   }
+  EXPECT_EQ(runTool({"error", "apr", " 13"}).status, 2);  // no blanks before a number
 }
 
 TEST(QtatoolCli, DemoShowsEveryModuleInAFixedOrder) {
