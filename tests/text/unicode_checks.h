@@ -33,35 +33,20 @@ struct Direction {
   size_t progressCapacity;            // a capacity that always makes progress
 };
 
-inline const Direction<char, char16_t> kUtf8ToUtf16{qta::text::utf8ToUtf16,
-                                                    qta::text::utf8ToUtf16,
-                                                    qta::text::utf8ToUtf16Partial,
-                                                    qta::text::utf8ToUtf16,
-                                                    qta::text::utf8ToUtf16Length,
-                                                    utf8ToUtf16,
-                                                    nullptr,
-                                                    2};
-inline const Direction<char, char32_t> kUtf8ToUtf32{qta::text::utf8ToUtf32,
-                                                    qta::text::utf8ToUtf32,
-                                                    qta::text::utf8ToUtf32Partial,
-                                                    qta::text::utf8ToUtf32,
-                                                    qta::text::utf8ToUtf32Length,
-                                                    utf8ToUtf32,
-                                                    nullptr,
-                                                    1};
-inline const Direction<char16_t, char> kUtf16ToUtf8{qta::text::utf16ToUtf8,
-                                                    qta::text::utf16ToUtf8,
-                                                    qta::text::utf16ToUtf8Partial,
-                                                    qta::text::utf16ToUtf8,
-                                                    qta::text::utf16ToUtf8Length,
-                                                    utf16ToUtf8,
-                                                    nullptr,
-                                                    4};
-inline const Direction<char32_t, char> kUtf32ToUtf8{
-    qta::text::utf32ToUtf8,        qta::text::utf32ToUtf8,
-    qta::text::utf32ToUtf8Partial, qta::text::utf32ToUtf8,
-    qta::text::utf32ToUtf8Length,  utf32ToUtf8,
-    utf32ToUtf8Estimate,           4};
+// One row per direction: the library's terminated, counted, incremental,
+// string and length forms, the reference, its length rule and the capacity.
+namespace lib = qta::text;
+// clang-format off
+inline const Direction<char, char16_t> kUtf8ToUtf16{lib::utf8ToUtf16, lib::utf8ToUtf16,
+    lib::utf8ToUtf16Partial, lib::utf8ToUtf16, lib::utf8ToUtf16Length, utf8ToUtf16, nullptr, 2};
+inline const Direction<char, char32_t> kUtf8ToUtf32{lib::utf8ToUtf32, lib::utf8ToUtf32,
+    lib::utf8ToUtf32Partial, lib::utf8ToUtf32, lib::utf8ToUtf32Length, utf8ToUtf32, nullptr, 1};
+inline const Direction<char16_t, char> kUtf16ToUtf8{lib::utf16ToUtf8, lib::utf16ToUtf8,
+    lib::utf16ToUtf8Partial, lib::utf16ToUtf8, lib::utf16ToUtf8Length, utf16ToUtf8, nullptr, 4};
+inline const Direction<char32_t, char> kUtf32ToUtf8{lib::utf32ToUtf8, lib::utf32ToUtf8,
+    lib::utf32ToUtf8Partial, lib::utf32ToUtf8, lib::utf32ToUtf8Length, utf32ToUtf8,
+    utf32ToUtf8Estimate, 4};
+// clang-format on
 
 // The incremental form with output buffers of `capacity` units, called until
 // the input is used up. A call may make no progress only below the capacity
