@@ -59,7 +59,7 @@ unsigned hexValue(char c) {
 unsigned base32Value(char c) {
   const char upper = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
   const size_t at = kAlphabet.find(upper);
-  if (c == '\0' || at == std::string_view::npos) {
+  if (at == std::string_view::npos) {
     throw std::invalid_argument("invalid base32 character");
   }
   return static_cast<unsigned>(at);
