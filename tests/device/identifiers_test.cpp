@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "device/identifiers_reference.h"
 #include "device/identifiers_sources.h"
 
 namespace qta::device {
@@ -104,6 +105,10 @@ TEST_F(DeviceIdentifiersTest, IdentifiersFileLineRules) {
     EXPECT_EQ(deviceIdentifier(DeviceId::kSerialNumber), c.serial ? c.serial : kNotDefined)
         << c.text;
     EXPECT_EQ(deviceIdentifierFound(DeviceId::kSerialNumber), c.serial != nullptr) << c.text;
+    // The fuzz harness's reference reading agrees on every case.
+    const qtatest::IdentifiersReading reference = qtatest::referenceReadIdentifiers(c.text);
+    EXPECT_EQ(reference.result, c.result) << c.text;
+    EXPECT_EQ(reference.values[1].has_value(), c.serial != nullptr) << c.text;
   }
 }
 
