@@ -16,7 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   qta::device::detail::loadDeviceIdentifiersFrom("/nonexistent/cpuinfo",
                                                  "/nonexistent/identifiers");
   const bool result = qta::device::detail::readIdentifiersText(text);
-  const qtatest::IdentifiersReading expected = qtatest::referenceReadIdentifiers(text);
+  const identifiersref::IdentifiersReading expected =
+      identifiersref::referenceReadIdentifiers(text);
   if (result != expected.result) std::abort();
   for (std::size_t i = 0; i < expected.values.size(); ++i) {
     const auto id = static_cast<DeviceId>(i);

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-namespace qtatest {
+namespace identifiersref {
 
 // The file keys, in the order the identifiers are numbered.
 inline constexpr std::array<std::string_view, 7> kIdentifierFileKeys = {
@@ -62,6 +62,6 @@ inline IdentifiersReading referenceReadIdentifiers(std::string_view text) {
   return reading;
 }
 
-}  // namespace qtatest
+}  // namespace identifiersref
 
 #endif  // QTA_TESTS_DEVICE_IDENTIFIERS_REFERENCE_H_

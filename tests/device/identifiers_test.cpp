@@ -106,7 +106,8 @@ TEST_F(DeviceIdentifiersTest, IdentifiersFileLineRules) {
         << c.text;
     EXPECT_EQ(deviceIdentifierFound(DeviceId::kSerialNumber), c.serial != nullptr) << c.text;
     // The fuzz harness's reference reading agrees on every case.
-    const qtatest::IdentifiersReading reference = qtatest::referenceReadIdentifiers(c.text);
+    const identifiersref::IdentifiersReading reference =
+        identifiersref::referenceReadIdentifiers(c.text);
     EXPECT_EQ(reference.result, c.result) << c.text;
     EXPECT_EQ(reference.values[1].has_value(), c.serial != nullptr) << c.text;
   }
