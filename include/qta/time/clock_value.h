@@ -16,7 +16,7 @@
 
 namespace qta {
 
-struct ClockValue {
+struct QTA_EXPORT ClockValue {
   enum Type : uint32_t {
     kResolved = 0,    // `value` holds the nanoseconds
     kIndefinite = 1,  // "indefinite"
