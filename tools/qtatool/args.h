@@ -9,10 +9,12 @@
 #ifndef QTATOOL_ARGS_H_
 #define QTATOOL_ARGS_H_
 
+#include <charconv>
 #include <cstddef>
 #include <initializer_list>
 #include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -43,6 +45,21 @@ std::optional<ParsedArgs> parseArgs(const Command& command, Args args, const Gra
 
 // True when an option before any "--" asks for help ("--help" or "-h").
 bool asksForHelp(Args args);
+
+// An operand read as a whole decimal number of type T (a "-" only where T is
+// signed), by the C locale's rules; nothing when it is not one or out of range.
+template <typename T>
+std::optional<T> number(std::string_view text) {
+  T value{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+// The usage message for an operand that `number` refused.
+inline std::string notANumber(std::string_view text) {
+  return "not a number: '" + std::string(text) + "'";
+}
 
 }  // namespace qtatool
 

@@ -22,19 +22,6 @@
 namespace qtatool {
 namespace {
 
-// A whole decimal number (a sign only where T has one), read in the C locale.
-template <typename T>
-std::optional<T> number(std::string_view text) {
-  T value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
-}
-
-std::string notANumber(std::string_view text) {
-  return "not a number: '" + std::string(text) + "'";
-}
-
 // The optional last operand at `at` as a C string: null when it is absent.
 const char* optionalText(const std::vector<std::string>& operands, size_t at) {
   return at < operands.size() ? operands[at].c_str() : nullptr;
