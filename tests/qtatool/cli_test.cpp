@@ -13,7 +13,8 @@ namespace {
 
 TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
   const std::string help = runTool({"--help"}).out;
-  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri", "error"}) {
+  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri", "error",
+                                 "clock", "date", "device", "serial"}) {
     EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
     const ToolResult own = runTool({name, "--help"});
     EXPECT_EQ(own.status, 0) << name;
@@ -50,7 +51,9 @@ TEST(QtatoolCli, DemoShowsEveryModuleInAFixedOrder) {
   const ToolResult result = runTool({"demo"});
   EXPECT_EQ(result.status, 0) << result.err;
   size_t at = 0;
-  for (const char* section : {"== JSON\n", "== Unicode text\n", "== base64\n", "== URI\n"}) {
+  for (const char* section :
+       {"== JSON\n", "== Unicode text\n", "== base64\n", "== URI\n", "== errors\n",
+        "== clock values\n", "== calendar dates\n", "== device\n", "== serial\n"}) {
     at = result.out.find(section, at);
     EXPECT_NE(at, std::string::npos) << section;
   }
