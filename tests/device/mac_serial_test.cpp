@@ -13,6 +13,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using qta::DeviceMac;
 using qta::device::macToSerial;
 using qta::device::serialToMac;
@@ -43,15 +44,8 @@ TEST(DeviceMacText, NormalisesOrRefuses) {
       {"00c0deffffffg00", "00c0deffffff"},
   };
   for (const auto& [text, mac] : accepted) EXPECT_EQ(DeviceMac(7, text).mac(), mac) << text;
-  const std::string refused[] = {"00c0de12345",
-                                 "001122334455",
-                                 "00c0de1234567",
-                                 "",
-                                 " 00c0de123456",
-                                 "00c0de12 3456",
-                                 {"00c0de\0"
-                                  "123456",
-                                  13}};
+  const std::string refused[] = {"00c0de12345",   "001122334455",  "00c0de1234567",       "",
+                                 " 00c0de123456", "00c0de12 3456", "00c0de\0"s + "123456"};
   for (const std::string& text : refused) {
     EXPECT_EQ(thrown([&] { DeviceMac(0, text); }), "invalid_argument: bad mac") << text;
   }
@@ -78,29 +72,19 @@ TEST(SerialCodec, KnownSerialsBothWays) {
 }
 
 TEST(SerialCodec, RefusesWithExactExceptions) {
-  const std::string notX = "invalid_argument: Serial number must start with an X";
-  const std::string base32 = "invalid_argument: invalid base32 character";
-  const std::string damm = "invalid_argument: Damm code error";
-  const std::string parity = "invalid_argument: Parity error";
-  const std::string range = "out_of_range: setBits index";
-  const std::pair<std::string, std::string> cases[] = {
-      {"", notX},
-      {"Y2345678", notX},
-      {"X0000000", base32},
-      {"X2I", base32},
-      {"X2o", base32},
-      {{"X2\0", 3}, base32},
-      {"X222222J!", base32},
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"invalid_argument: Serial number must start with an X", {"", "Y2345678"}},
+      {"invalid_argument: invalid base32 character",
+       {"X0000000", "X2I", "X2o", "X2\0"s, "X222222J!"}},
       // Short texts are not refused as such: the missing groups read as 0.
-      {"X", damm},
-      {"XX", damm},
-      {"X2P", parity},
-      {"X22P", parity},
-      {"X222222J2", range},
-      {"X23456789ABC", range},
+      {"invalid_argument: Damm code error", {"X", "XX"}},
+      {"invalid_argument: Parity error", {"X2P", "X22P"}},
+      {"out_of_range: setBits index", {"X222222J2", "X23456789ABC"}},
   };
-  for (const auto& [serial, error] : cases) {
-    EXPECT_EQ(thrown([&] { serialToMac(serial); }), error) << serial;
+  for (const auto& [error, serials] : cases) {
+    for (const std::string& serial : serials) {
+      EXPECT_EQ(thrown([&] { serialToMac(serial); }), error) << serial;
+    }
   }
 }
 
