@@ -108,7 +108,7 @@ TEST_F(DeviceIdentifiersTest, CpuinfoLineRules) {
   } cases[] = {
       {"processor\t: 0\nmodel name\t: Some CPU @ 2.0GHz\n", true, nullptr, nullptr},
       {"Hardware\t: BCM2835\nSerial\t\t: 0000abcd\n", true, "BCM2835", "0000abcd"},
-      {"Hardware : first words\nHardware : second\n", true, "second", nullptr},
+      {"Hardware : first\nHardware : second words\n", true, "second", nullptr},
       {"HardwareRevision : r2\nSerialNo : s9\n", true, "r2", "s9"},
       {"Hardware: glued\nSerial : ok\n", false, nullptr, "ok"},
       {"Serial :\n", false, nullptr, nullptr},
@@ -134,8 +134,13 @@ TEST_F(DeviceIdentifiersTest, SourceFaults) {
   const std::string cpuinfo = path("cpuinfo", &plain);
   for (const std::string& bad : {path("identifiers", &serial) + "/x", dir_.string()}) {
     EXPECT_FALSE(detail::loadDeviceIdentifiersFrom(cpuinfo.c_str(), bad.c_str())) << bad;
-    EXPECT_EQ(deviceIdentifier(DeviceId::kSerialNumber), kNotDefined);
-    EXPECT_FALSE(deviceIdentifierFound(DeviceId::kSerialNumber));
+    EXPECT_TRUE(deviceIdentifiersLoaded());
+    for (int i = 0; i < kDeviceIdCount; ++i) {  // every identifier back to its default
+      const auto id = static_cast<DeviceId>(i);
+      const bool iface = id == DeviceId::kMainInterfaceName || id == DeviceId::kInterfaceName;
+      EXPECT_EQ(deviceIdentifier(id), iface ? "eth0" : kNotDefined) << i;
+      EXPECT_FALSE(deviceIdentifierFound(id)) << i;
+    }
   }
 }
 
