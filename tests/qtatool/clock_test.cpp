@@ -35,7 +35,8 @@ TEST(QtatoolClock, PrintsResults) {
 TEST(QtatoolClock, FailuresExitWithOneOrTwo) {
   const std::pair<std::vector<std::string>, int> cases[] = {
       {{"clock", "parse", "0"}, 1},        {{"clock", "parse", "--allow-zero", "--", "-1"}, 1},
-      {{"clock", "convert", "1", "0"}, 1}, {{"clock"}, 2},
+      {{"clock", "convert", "1", "0"}, 1}, {{"clock", "parse", "1:02:03.5s"}, 1},
+      {{"clock", "parse", "1", "2"}, 2},   {{"clock"}, 2},
       {{"clock", "format", "1.5"}, 2},     {{"clock", "convert", "1", "2", "3000000000"}, 2},
       {{"date", "week", "1"}, 2},          {{"date", "rfc822", "9223372036854775808"}, 2},
   };
