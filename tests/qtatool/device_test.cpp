@@ -16,10 +16,11 @@ TEST(QtatoolDevice, PrintsEveryIdentifierOnOneLine) {
   const ToolResult result = runTool({"device"});
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.out.find('\n'), result.out.size() - 1);
-  for (const std::string name :
+  for (const char* name :
        {"hardwareType", "serialNumber", "userSerialNumber", "boardSerialNumber",
         "systemSerialNumber", "chassisSerialNumber", "mainInterfaceName", "result"}) {
-    EXPECT_NE(result.out.find("\"" + name + "\": "), std::string::npos) << name;
+    EXPECT_NE(result.out.find(std::string("\"").append(name).append("\": ")), std::string::npos)
+        << name;
   }
   // Nothing sets the application's interface name in the tool.
   EXPECT_NE(result.out.find("\"interfaceName\": { \"found\": false, \"value\": \"eth0\" }"),
