@@ -1,8 +1,9 @@
 // Parses arbitrary text as a URI, in template mode when the first byte is odd.
 // Every accepted URI is written out, and the written text must read back as
 // the same URI, except where the rules make that impossible (see
-// writtenFormCannotReadBack). The other writers and the query reader run too,
-// so that every path through them sees hostile input.
+// writtenFormCannotReadBack); for "data" URIs that includes the media type
+// and the decoded bytes. The other writers and the query reader run too, so
+// that every path through them sees hostile input.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -6,6 +6,7 @@
 
 #include "qta/uri/escape.h"
 #include "qta/uri/host.h"
+#include "uri/data_uri.h"
 #include "uri/escape_append.h"
 #include "uri/host_detail.h"
 #include "uri/placeholder.h"
@@ -129,7 +130,9 @@ bool parseInto(std::string_view text, TemplateMode templateMode, URI::Data& out)
     // A query or fragment needs at least "/" after an authority.
     if (hasAuthority && !rest.empty() && rest[0] != '/') return false;
   }
-  if (out.scheme == "data") return false;  // data: URIs are not read yet
+  if (out.scheme == "data") {
+    return out.host.empty() && out.userInfo.empty() && readDataURI(out, rest);
+  }
 
   const std::optional<size_t> afterPath = parsePath(rest, templateMode, out.path);
   if (!afterPath) return false;

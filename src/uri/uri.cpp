@@ -8,6 +8,7 @@
 
 #include "qta/uri/escape.h"
 #include "qta/uri/host.h"
+#include "uri/data_access.h"
 #include "uri/host_detail.h"
 
 namespace qta {
@@ -97,6 +98,20 @@ URI URI::fromData(std::vector<uint8_t> bytes, std::string mediaType) {
   shared->data.scheme = "data";
   shared->data.content = std::make_shared<DataURIContent>(std::move(bytes), std::move(mediaType));
   return URI(shared.release());
+}
+
+URI uri::detail::DataAccess::wrap(URI::Data&& data) {
+  return URI(new URI::Shared(std::move(data)));
+}
+
+const std::string& URI::mediaType() const {
+  static const std::string kNone;
+  return content() != nullptr ? content()->mediaType : kNone;
+}
+
+const std::vector<uint8_t>& URI::bytes() const {
+  static const std::vector<uint8_t> kNone;
+  return content() != nullptr ? content()->bytes : kNone;
 }
 
 void URI::setScheme(std::string_view scheme) {

@@ -31,7 +31,7 @@ TEST(QtatoolCli, UsageErrorsExitWithTwo) {
 base64; base64 compress; base64 encode --wrap; base64 decode a b; base64 decode /no/such/file;
 utf8 check a b; utf16 to-utf8 12345; utf16 to-utf8 xyz; utf32 to-utf8 123456789;
 uri show x; uri parse; uri parse a b; uri parse --file; uri parse a --file -;
-uri parse --file /no/such/file;
+uri parse --file /no/such/file; uri resolve a; uri relative a b c; uri compare a --file b;
 error; error x; error 4294967296; error 1 2; error smtp 1; error http 4o4 GET http://h/;
 error http 404 GET; error transfer gopher 1 GET http://h/; error transfer ftp 1 GET;
 error errno 30 x; error errno -1 2; error apr 13 /p extra)");

@@ -50,5 +50,45 @@ TEST(QtatoolUri, ReadsLongTextsFromStandardInput) {
   EXPECT_NE(dashed.out.find("\"segments\": [ \"-x\" ]"), std::string::npos) << dashed.err;
 }
 
+TEST(QtatoolUri, DataURIsAddMediaTypeAndBytes) {
+  const ToolResult result = runTool({"uri", "parse", "data:,A%20brief%20note"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_TRUE(
+      result.out.starts_with("{ \"data\": \"QSBicmllZiBub3Rl\", \"display\": "
+                             "\"data:text/plain;charset=US-ASCII,[...]\", "))
+      << result.out;
+  EXPECT_NE(result.out.find(
+                "\"localPath\": \"\", \"mediaType\": \"text/plain;charset=US-ASCII\", \"path\""),
+            std::string::npos)
+      << result.out;
+  EXPECT_EQ(runTool({"uri", "parse", "http://h/"}).out.find("mediaType"), std::string::npos);
+}
+
+TEST(QtatoolUri, ResolvesRelativisesAndCompares) {
+  struct Case {
+    std::vector<std::string> args;
+    std::string out;
+  };
+  const Case cases[] = {
+      {{"resolve", "http://h/a/b/c", "../z?q"}, "http://h/a/z?q\n"},
+      {{"resolve", "--template", "http://h/[[a/b]]/c", "d"}, "http://h/[[a/b]]/d\n"},
+      {{"relative", "http://h/x/y", "http://h/a/b/c"}, "../a/b/c\n"},
+      {{"relative", "https://h/a/d", "http://h/a/b/c"}, "http://h/a/b/c\n"},
+      {{"compare", "http://h/a", "HTTP://h:80/a"}, "0\n"},
+      {{"compare", "http://h/a", "http://h/b"}, "-1\n"},
+      {{"compare", "https://a/", "http://z/"}, "1\n"},
+  };
+  for (const Case& c : cases) {
+    std::vector<std::string> args = {"uri"};
+    args.insert(args.end(), c.args.begin(), c.args.end());
+    const ToolResult result = runTool(args);
+    EXPECT_EQ(result.status, 0) << c.args[1] << " " << result.err;
+    EXPECT_EQ(result.out, c.out) << c.args[1];
+  }
+  const ToolResult invalid = runTool({"uri", "resolve", "http://h/", "http://h?x"});
+  EXPECT_EQ(invalid.status, 1);
+  EXPECT_EQ(invalid.err, "invalid URI: http://h?x\n");
+}
+
 }  // namespace
 }  // namespace qtatooltest

@@ -1,11 +1,13 @@
 // One line with every field of a URI, for table-driven expectations:
 // scheme|userInfo|host|port|path|query|fragment, where the path is "A" when
-// absolute, "T" with a trailing slash, then each segment in braces.
+// absolute, "T" with a trailing slash, then each segment in braces. A "data"
+// URI adds "|" mediaType "|" and its bytes in base64.
 #ifndef QTA_TESTS_URI_DESCRIBE_H_
 #define QTA_TESTS_URI_DESCRIBE_H_
 
 #include <string>
 
+#include "qta/text/base64.h"
 #include "qta/uri/uri.h"
 
 namespace qtatest {
@@ -16,7 +18,12 @@ inline std::string describe(const qta::URI& uri) {
                      std::to_string(uri.port()) + "|" + (path.absolute ? "A" : "") +
                      (path.trailingSlash ? "T" : "");
   for (const std::string& segment : path.segments) text += "{" + segment + "}";
-  return text + "|" + uri.query() + "|" + uri.fragment();
+  text += "|" + uri.query() + "|" + uri.fragment();
+  if (uri.content() != nullptr) {
+    text += "|" + uri.mediaType() + "|" +
+            qta::text::base64Encode(uri.bytes().data(), uri.bytes().size());
+  }
+  return text;
 }
 
 }  // namespace qtatest

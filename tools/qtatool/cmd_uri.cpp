@@ -1,18 +1,24 @@
 // qtatool uri: parses a URI and prints its components and written forms as
-// one line of JSON; and the URI section of `qtatool demo`.
+// one line of JSON; resolves a reference, makes a URI relative, or compares
+// two URIs; and the URI section of `qtatool demo`.
 #include <cstdio>
 #include <functional>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "args.h"
 #include "command.h"
 #include "io.h"
 #include "qta/json/json.h"
+#include "qta/text/base64.h"
+#include "qta/uri/compare.h"
 #include "qta/uri/query.h"
+#include "qta/uri/relative.h"
 #include "qta/uri/uri.h"
 
 namespace qtatool {
@@ -31,23 +37,35 @@ qta::JSON::root pathObject(const qta::URI::Path& path) {
 
 // Prints the description as the JSON writer prints one object on one line
 // (keys in order), but makes and writes one member at a time, so a huge URI's
-// written forms are not all held at once.
+// written forms are not all held at once. A "data" URI adds its payload (in
+// base64) as "data" and its "mediaType".
 void printDescription(const qta::URI& uri, qta::TemplateMode templateMode) {
   using qta::json::makeString;
   using Member = std::pair<const char*, std::function<qta::JSON::root()>>;
-  const Member members[] = {
-      {"display", [&] { return makeString(uri.toDisplayString(templateMode)); }},
-      {"fragment", [&] { return makeString(uri.fragment()); }},
-      {"full", [&] { return makeString(uri.toString(templateMode)); }},
-      {"host", [&] { return makeString(uri.host()); }},
-      {"localPath", [&] { return makeString(uri.localPath()); }},
-      {"path", [&] { return pathObject(uri.path()); }},
-      {"port", [&] { return qta::json::makeNumber(uri.port()); }},
-      {"query", [&] { return makeString(uri.query()); }},
-      {"root", [&] { return makeString(uri.rootString()); }},
-      {"scheme", [&] { return makeString(uri.scheme()); }},
-      {"userInfo", [&] { return makeString(uri.userInfo()); }},
-  };
+  const bool isData = uri.content() != nullptr;
+  std::vector<Member> members;
+  if (isData) {
+    members.emplace_back("data", [&] {
+      return makeString(qta::text::base64Encode(uri.bytes().data(), uri.bytes().size()));
+    });
+  }
+  members.insert(members.end(),
+                 {
+                     {"display", [&] { return makeString(uri.toDisplayString(templateMode)); }},
+                     {"fragment", [&] { return makeString(uri.fragment()); }},
+                     {"full", [&] { return makeString(uri.toString(templateMode)); }},
+                     {"host", [&] { return makeString(uri.host()); }},
+                     {"localPath", [&] { return makeString(uri.localPath()); }},
+                 });
+  if (isData) members.emplace_back("mediaType", [&] { return makeString(uri.mediaType()); });
+  members.insert(members.end(), {
+                                    {"path", [&] { return pathObject(uri.path()); }},
+                                    {"port", [&] { return qta::json::makeNumber(uri.port()); }},
+                                    {"query", [&] { return makeString(uri.query()); }},
+                                    {"root", [&] { return makeString(uri.rootString()); }},
+                                    {"scheme", [&] { return makeString(uri.scheme()); }},
+                                    {"userInfo", [&] { return makeString(uri.userInfo()); }},
+                                });
   std::string piece = "{ ";
   for (const auto& [key, value] : members) {
     piece.append("\"").append(key).append("\": ");
@@ -82,21 +100,12 @@ bool uriText(const Command& self, const ParsedArgs& parsed, std::string& text, i
   return true;
 }
 
-int run(const Command& self, Args args) {
-  const std::optional<ParsedArgs> parsed = parseArgs(self, args,
-                                                     {.modes = {"parse"},
-                                                      .flags = {"--template"},
-                                                      .valued = {"--file"},
-                                                      .operand = "TEXT",
-                                                      .maxOperands = 1});
-  if (!parsed) return kUsage;
-  const qta::TemplateMode templateMode =
-      parsed->has("--template") ? qta::TemplateMode::kOn : qta::TemplateMode::kOff;
+int parse(const Command& self, const ParsedArgs& parsed, qta::TemplateMode templateMode) {
   std::optional<qta::URI> uri;
   {
     std::string text;  // released once parsed, so a huge text is not held beside its URI
     int status = kSuccess;
-    if (!uriText(self, *parsed, text, status)) return status;
+    if (!uriText(self, parsed, text, status)) return status;
     uri = qta::URI::tryParse(text, templateMode);
   }
   if (!uri) {
@@ -105,6 +114,50 @@ int run(const Command& self, Args args) {
   }
   printDescription(*uri, templateMode);
   return kSuccess;
+}
+
+// The modes that take two URIs: resolve BASE REF, relative BASE URI, compare A B.
+int combine(const Command& self, const ParsedArgs& parsed, qta::TemplateMode templateMode) {
+  if (parsed.has("--file")) return usageError(self, "--file goes with parse only");
+  if (parsed.operands.size() != 2) return usageError(self, "give two URIs");
+  std::optional<qta::URI> uris[2];
+  for (size_t i = 0; i < 2; ++i) {
+    uris[i] = qta::URI::tryParse(parsed.operands[i], templateMode);
+    if (!uris[i]) {
+      std::fprintf(stderr, "invalid URI: %.*s\n", static_cast<int>(parsed.operands[i].size()),
+                   parsed.operands[i].data());
+      return kRejected;
+    }
+  }
+  const qta::URI& first = *uris[0];
+  const qta::URI& second = *uris[1];
+  std::string line;
+  if (parsed.mode == "compare") {
+    const int order = qta::uri::compare(first, second);
+    line = std::to_string((order > 0) - (order < 0));
+  } else if (parsed.mode == "resolve") {
+    line = qta::uri::resolve(second, first).toString(templateMode);
+  } else {
+    line = qta::uri::relativize(second, first).toString(templateMode);
+  }
+  writeBytes(line + "\n");
+  return kSuccess;
+}
+
+int run(const Command& self, Args args) {
+  const std::optional<ParsedArgs> parsed =
+      parseArgs(self, args,
+                {.modes = {"parse", "resolve", "relative", "compare"},
+                 .flags = {"--template"},
+                 .valued = {"--file"},
+                 .operand = "TEXT",
+                 .maxOperands = 2});
+  if (!parsed) return kUsage;
+  const qta::TemplateMode templateMode =
+      parsed->has("--template") ? qta::TemplateMode::kOn : qta::TemplateMode::kOff;
+  if (parsed->mode != "parse") return combine(self, *parsed, templateMode);
+  if (parsed->operands.size() > 1) return usageError(self, "parse takes one TEXT");
+  return parse(self, *parsed, templateMode);
 }
 
 void demo(std::ostream& out) {
@@ -141,6 +194,29 @@ void demo(std::ostream& out) {
   const qta::URI note = qta::URI::fromData({'h', 'i'}, "text/plain");
   out << "data URI: " << note.toString() << " shown as " << note.toDisplayString() << "\n";
 
+  const char* const noteText = "data:,A%20brief%20note";
+  const qta::URI parsedNote(noteText);
+  out << noteText << ": media type " << parsedNote.mediaType() << ", bytes \""
+      << std::string(parsedNote.bytes().begin(), parsedNote.bytes().end()) << "\"\n";
+
+  // References in a playlist resolve against the playlist's own URI, and
+  // URIs of the same server are written relative to it.
+  const qta::URI playlist("http://media.example/shows/a/index.smil?v=2");
+  out << "relative to " << playlist.toString() << ":\n";
+  for (const char* reference : {"intro.mp4", "../b/clip.mp4#t=5", "/live/", "?v=3",
+                                "http:other.mp4", "https://cdn.example/x.mp4"}) {
+    out << "  " << reference << " -> "
+        << qta::uri::resolve(qta::URI(reference), playlist).toString() << "\n";
+  }
+  const qta::URI clip("http://media.example/shows/b/clip.mp4");
+  out << "  " << clip.toString()
+      << " written relative: " << qta::uri::relativize(clip, playlist).toString() << "\n";
+  const std::set<qta::URI> sorted = {qta::URI("https://a.example/"), clip, playlist,
+                                     qta::URI("HTTP://Media.Example:80/shows/b/clip.mp4")};
+  out << "sorted, duplicates dropped:";
+  for (const qta::URI& uri : sorted) out << " " << uri.toString();
+  out << "\n";
+
   out << "query parameters of the first URI:";
   for (const auto& [name, value] : qta::uri::queryParameters(qta::URI(texts[0]))) {
     out << " " << name << "=" << value;
@@ -151,16 +227,24 @@ void demo(std::ostream& out) {
 const RegisterCommand kUri({
     .order = 40,
     .name = "uri",
-    .summary = "parse a URI and show its components and written forms",
+    .summary = "parse, resolve, relativise or compare URIs",
     .usage = "Usage: qtatool uri parse [--template] TEXT\n"
-             "       qtatool uri parse [--template] --file FILE\n\n"
-             "Parses TEXT, or the contents of FILE (\"-\" is standard input) less one final\n"
-             "line break, as a URI; put \"--\" before a TEXT that starts with \"-\". With\n"
-             "--template, \"[[\" ... \"]]\" placeholders are kept as they are. Prints one line\n"
-             "of JSON: scheme, userInfo, host, port, path (absolute, trailingSlash, segments),\n"
-             "query, fragment, and the full, display and root forms and the local file path.\n"
-             "A text that is not a valid URI prints \"invalid URI\" on standard error and\n"
-             "exits with 1.\n",
+             "       qtatool uri parse [--template] --file FILE\n"
+             "       qtatool uri resolve [--template] BASE REF\n"
+             "       qtatool uri relative [--template] BASE URI\n"
+             "       qtatool uri compare [--template] A B\n\n"
+             "parse reads TEXT, or the contents of FILE (\"-\" is standard input) less one\n"
+             "final line break, as a URI; put \"--\" before a TEXT that starts with \"-\".\n"
+             "It prints one line of JSON: scheme, userInfo, host, port, path (absolute,\n"
+             "trailingSlash, segments), query, fragment, and the full, display and root\n"
+             "forms and the local file path; for a data: URI also mediaType and data (the\n"
+             "bytes in base64).\n"
+             "resolve prints the full form of REF resolved against BASE; relative prints\n"
+             "URI made relative to BASE (unchanged unless both have the same scheme, host\n"
+             "and port); compare prints -1, 0 or 1 as A sorts before, with or after B.\n"
+             "With --template, \"[[\" ... \"]]\" placeholders are kept as they are. A text\n"
+             "that is not a valid URI prints \"invalid URI\" on standard error (with the\n"
+             "text, in the modes that take two) and exits with 1.\n",
     .run = run,
     .demo = demo,
 });

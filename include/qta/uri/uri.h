@@ -11,25 +11,35 @@
 //
 // Parsing never throws. A text with any defect yields the empty URI (no
 // scheme, no host, port 0, empty path); URI::parse and URI::tryParse tell a
-// failure from a text that really is empty (such as "" or "?"). Texts of the
-// "data" scheme are not read yet: they fail to parse. A URI made with
-// URI::fromData is written out in full.
+// failure from a text that really is empty (such as "" or "?"). A "data" URI
+// holds its media type and decoded payload in a DataURIContent that copies
+// share and nothing changes; it is always written in base64 form.
+//
+// URIs compare by uri::compare (qta/uri/compare.h): == and <=> make URI usable
+// as the key of ordered containers. The order is weak: the payload of a
+// "data" URI takes no part in it.
 #ifndef QTA_URI_URI_H_
 #define QTA_URI_URI_H_
 
 #include <atomic>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "qta/export.h"
 #include "qta/uri/template_mode.h"
 
 namespace qta {
+
+namespace uri::detail {
+struct DataAccess;
+}
 
 // The decoded payload of a "data" URI.
 struct QTA_EXPORT DataURIContent {
@@ -82,6 +92,8 @@ class QTA_EXPORT URI {
   static std::optional<URI> tryParse(std::string_view text,
                                      TemplateMode templateMode = TemplateMode::kOff);
   // A "data" URI holding `bytes` (empty media type: "text/plain;charset=US-ASCII").
+  // The media type is not checked: the written form reads back only when it
+  // is a valid one.
   static URI fromData(std::vector<uint8_t> bytes, std::string mediaType);
 
   const Data& data() const { return shared_->data; }
@@ -93,6 +105,9 @@ class QTA_EXPORT URI {
   const std::string& query() const { return shared_->data.query; }
   const std::string& fragment() const { return shared_->data.fragment; }
   const DataURIContent* content() const { return shared_->data.content.get(); }
+  // The media type and the decoded payload of a "data" URI; empty for others.
+  const std::string& mediaType() const;
+  const std::vector<uint8_t>& bytes() const;
 
   // The scheme is stored in lower case.
   void setScheme(std::string_view scheme);
@@ -120,10 +135,14 @@ class QTA_EXPORT URI {
   std::string localPath() const;
 
  private:
+  // Lets the library's own operations wrap a URI::Data they built.
+  friend struct uri::detail::DataAccess;
+
   // One allocation holds the data and the number of URIs that hold it.
   struct Shared {
     Shared() = default;
     explicit Shared(const Data& from) : data(from) {}
+    explicit Shared(Data&& from) noexcept : data(std::move(from)) {}
 
     std::atomic<size_t> holders{1};
     Data data;
@@ -139,6 +158,11 @@ class QTA_EXPORT URI {
 
   Shared* shared_;
 };
+
+// Equal when uri::compare gives 0: two "data" URIs are equal whatever their
+// payloads.
+QTA_EXPORT bool operator==(const URI& a, const URI& b);
+QTA_EXPORT std::weak_ordering operator<=>(const URI& a, const URI& b);
 
 }  // namespace qta
 
