@@ -74,7 +74,10 @@ std::string write(const URI::Data& data, Form form, TemplateMode templateMode) {
     out += data.scheme;
     out += ':';
   }
-  if (data.content != nullptr && data.scheme == "data") {
+  // A "data" URI is its media type and payload: nothing else is written, even
+  // when the payload is missing (a "data" scheme set on another URI).
+  if (data.scheme == "data") {
+    if (data.content == nullptr) return out;
     uri::detail::appendPercentEncoded(out, data.content->mediaType, kMediaTypeSet,
                                       TemplateMode::kOff);
     if (form == Form::kDisplay) {

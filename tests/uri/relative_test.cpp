@@ -44,6 +44,7 @@ const PairCase kResolveCases[] = {
     {"http://h/a/b", "//g/x?q", "file://g/x?q"},
     {"file://g/a/b", "//g2/x", "file://g2/x"},
     {"http://h/a/b", "data:,x", "data:text/plain;charset=US-ASCII;base64,eA=="},
+    {"data:,x", "y", "data:"},  // the base's scheme, but no payload to write
     {"udp://@:1234/a", "b", "udp://@:1234/b"},
     {"udp://@:1234/a", "udp:b", "udp://@b"},
     {"http://h/a", "rtp:b", "rtp://@b"},

@@ -65,6 +65,12 @@ TEST(URIWrite, DataURIsAreWrittenInBase64AndDisplayedWithoutPayload) {
   EXPECT_EQ(qta::URI::fromData({}, "").toString(), "data:text/plain;charset=US-ASCII;base64,");
   EXPECT_EQ(qta::URI::fromData({0xFF}, "a b/c;n=\"q\"").toString(),
             "data:a%20b/c;n=\"q\";base64,/w==");
+  // A "data" URI without a payload is written as its scheme alone: the other
+  // components never follow a "data:".
+  qta::URI bare("http://u@h/a?q#f");
+  bare.setScheme("data");
+  EXPECT_EQ(bare.toString(), "data:");
+  EXPECT_EQ(bare.toDisplayString(), "data:");
 }
 
 }  // namespace
