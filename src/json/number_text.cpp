@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <string>
 
 namespace qta::json::detail {
 namespace {
@@ -229,6 +230,72 @@ class UseCLocale {
 
 bool isTrailingSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
+// sscanf(text, "%lg%n") in the C locale: the number of characters consumed,
+// or 0 when nothing converts.
+std::size_t scanWithCLibrary(const char* text, double& value) {
+  int consumed = 0;
+  const UseCLocale cLocale;
+  if (std::sscanf(text, "%lg%n", &value, &consumed) != 1) return 0;
+  return static_cast<std::size_t>(consumed);
+}
+
+bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+
+const char* skipDigits(const char* cursor) {
+  while (isDigit(*cursor)) ++cursor;
+  return cursor;
+}
+
+// The characters a "%lg" scan may consume: signs, digits, letters (hexadecimal
+// digits, exponents, "inf", "infinity", "nan") and the point, plus those of a
+// "nan(chars)" payload.
+bool mayBelongToNumber(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  return isDigit(c) || (lower >= 'a' && lower <= 'z') || c == '.' || c == '+' || c == '-' ||
+         c == '(' || c == ')' || c == '_';
+}
+
+// The plain decimal form -?D+(.D*)?([eE][+-]?D+)?, not hexadecimal, converted
+// by from_chars, which rounds as strtod does. Returns the end, or null for any
+// other form and for values from_chars reports out of range; the C library
+// decides those. What follows the form cannot extend a "%lg" scan: the only
+// letters that could (an 'e' without exponent digits, an 'x' after a leading
+// 0) send the text to the C library.
+const char* scanPlainDecimal(const char* text, double& value) {
+  const char* cursor = text + (*text == '-' ? 1 : 0);
+  if (!isDigit(*cursor) || (cursor[0] == '0' && (cursor[1] | 0x20) == 'x')) return nullptr;
+  cursor = skipDigits(cursor);
+  if (*cursor == '.') cursor = skipDigits(cursor + 1);
+  if ((*cursor | 0x20) == 'e') {
+    const char* exponent = cursor + 1;
+    if (*exponent == '+' || *exponent == '-') ++exponent;
+    if (!isDigit(*exponent)) return nullptr;
+    cursor = skipDigits(exponent);
+  }
+  const auto [end, error] = std::from_chars(text, cursor, value);
+  return error == std::errc() && end == cursor ? cursor : nullptr;
+}
+
+// The C library's scan of the token at `text`, made on a NUL-terminated copy
+// of the characters that may belong to it.
+const char* scanToken(const char* text, double& value) {
+  const char* end = text;
+  while (mayBelongToNumber(*end)) ++end;
+  const auto length = static_cast<std::size_t>(end - text);
+  char small[64];
+  std::string large;
+  char* copy = small;
+  if (length >= sizeof small) {
+    large.assign(text, length);
+    copy = large.data();
+  } else {
+    std::memcpy(small, text, length);
+    small[length] = '\0';
+  }
+  const std::size_t consumed = scanWithCLibrary(copy, value);
+  return consumed == 0 ? nullptr : text + consumed;
+}
+
 }  // namespace
 
 std::size_t formatNumber(double value, char* buffer) {
@@ -247,17 +314,17 @@ std::size_t formatNumber(double value, char* buffer) {
   return formatNotWhole(magnitude, buffer, cursor);
 }
 
+const char* scanNumberPrefix(const char* text, double& value) {
+  if (const char* end = scanPlainDecimal(text, value)) return end;
+  return scanToken(text, value);
+}
+
 double scanNumber(const std::string& text) {
   if (text.empty()) return 0;
   double value = 0;
-  int consumed = 0;
-  int converted;
-  {
-    const UseCLocale cLocale;
-    converted = std::sscanf(text.c_str(), "%lg%n", &value, &consumed);
-  }
-  if (converted != 1) return std::numeric_limits<double>::quiet_NaN();
-  for (std::size_t i = static_cast<std::size_t>(consumed); i < text.size(); ++i) {
+  const std::size_t consumed = scanWithCLibrary(text.c_str(), value);
+  if (consumed == 0) return std::numeric_limits<double>::quiet_NaN();
+  for (std::size_t i = consumed; i < text.size(); ++i) {
     if (!isTrailingSpace(text[i])) return std::numeric_limits<double>::quiet_NaN();
   }
   return value;
