@@ -241,11 +241,6 @@ std::size_t scanWithCLibrary(const char* text, double& value) {
 
 bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-const char* skipDigits(const char* cursor) {
-  while (isDigit(*cursor)) ++cursor;
-  return cursor;
-}
-
 // The characters a "%lg" scan may consume: signs, digits, letters (hexadecimal
 // digits, exponents, "inf", "infinity", "nan") and the point, plus those of a
 // "nan(chars)" payload.
@@ -255,25 +250,20 @@ bool mayBelongToNumber(char c) {
          c == '(' || c == ')' || c == '_';
 }
 
-// The plain decimal form -?D+(.D*)?([eE][+-]?D+)?, not hexadecimal, converted
-// by from_chars, which rounds as strtod does. Returns the end, or null for any
-// other form and for values from_chars reports out of range; the C library
-// decides those. What follows the form cannot extend a "%lg" scan: the only
-// letters that could (an 'e' without exponent digits, an 'x' after a leading
-// 0) send the text to the C library.
-const char* scanPlainDecimal(const char* text, double& value) {
-  const char* cursor = text + (*text == '-' ? 1 : 0);
-  if (!isDigit(*cursor) || (cursor[0] == '0' && (cursor[1] | 0x20) == 'x')) return nullptr;
-  cursor = skipDigits(cursor);
-  if (*cursor == '.') cursor = skipDigits(cursor + 1);
-  if ((*cursor | 0x20) == 'e') {
-    const char* exponent = cursor + 1;
-    if (*exponent == '+' || *exponent == '-') ++exponent;
-    if (!isDigit(*exponent)) return nullptr;
-    cursor = skipDigits(exponent);
-  }
-  const auto [end, error] = std::from_chars(text, cursor, value);
-  return error == std::errc() && end == cursor ? cursor : nullptr;
+// The plain decimal form -?D+(.D*)?([eE][+-]?D+)?, read by from_chars,
+// which takes exactly that form (leading zeros included) and rounds as strtod
+// does; `end` bounds it and is the end of the text. Returns the end of the
+// number, or null for the forms where a "%lg" scan goes on or reads
+// differently: a sign without a digit ("-inf", "-nan", "-.5"), a hexadecimal
+// prefix or an exponent letter without digits right after the number, and
+// values from_chars reports out of range. The C library decides those.
+const char* scanPlainDecimal(const char* text, const char* end, double& value) {
+  const char* digits = text + (*text == '-' ? 1 : 0);
+  if (!isDigit(*digits)) return nullptr;
+  const auto [stop, error] = std::from_chars(text, end, value);
+  const char next = static_cast<char>(*stop | 0x20);
+  if (error != std::errc() || next == 'e' || next == 'x') return nullptr;
+  return stop;
 }
 
 // The C library's scan of the token at `text`, made on a NUL-terminated copy
@@ -314,8 +304,8 @@ std::size_t formatNumber(double value, char* buffer) {
   return formatNotWhole(magnitude, buffer, cursor);
 }
 
-const char* scanNumberPrefix(const char* text, double& value) {
-  if (const char* end = scanPlainDecimal(text, value)) return end;
+const char* scanNumberPrefix(const char* text, const char* end, double& value) {
+  if (const char* stop = scanPlainDecimal(text, end, value)) return stop;
   return scanToken(text, value);
 }
 

@@ -171,7 +171,7 @@ class Parser {
       case '8':
       case '9': {
         double value;
-        const char* end = detail::scanNumberPrefix(cursor_, value);
+        const char* end = detail::scanNumberPrefix(cursor_, end_, value);
         if (end == nullptr) return nullptr;
         cursor_ = end;
         return std::make_unique<JSONNumber>(value);
