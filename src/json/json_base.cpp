@@ -1,17 +1,11 @@
 // The defaults of JSON's operations, the empty values they hand out by
 // reference, and the factories.
-#include <cxxabi.h>
-
 #include <limits>
 #include <memory>
-#include <new>
 #include <utility>
 
+#include "json/thread_exit.h"
 #include "qta/json/json.h"
-
-// The handle of this shared object (or program), defined by the C runtime; it
-// keeps the code of a thread-exit handler loaded until the handler has run.
-extern "C" __attribute__((visibility("hidden"))) void* __dso_handle;
 
 namespace qta {
 namespace {
@@ -43,15 +37,11 @@ void releaseScratch(void*) noexcept { delete std::exchange(threadScratch, nullpt
 
 // The calling thread's scratch values, made on first use together with a
 // thread-exit handler that frees them. A call after that handler ran makes
-// and registers fresh ones, which are then freed as well. The handler is
-// registered with the C++ runtime's own hook (GNU libstdc++ and LLVM libc++
-// both provide __cxa_thread_atexit), as a thread_local destructor would be.
+// and registers fresh ones, which are then freed as well.
 Scratch& scratch() {
   if (threadScratch == nullptr) {
     auto fresh = std::make_unique<Scratch>();
-    if (__cxxabiv1::__cxa_thread_atexit(releaseScratch, nullptr, &__dso_handle) != 0) {
-      throw std::bad_alloc();
-    }
+    json::detail::atThreadExit(releaseScratch);
     threadScratch = fresh.release();
   }
   return *threadScratch;

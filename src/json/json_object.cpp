@@ -1,4 +1,6 @@
 // Object nodes.
+#include <iterator>
+
 #include "json/tree_ops.h"
 #include "qta/json/json.h"
 
@@ -25,8 +27,10 @@ JSON* JSONObject::get(const std::string& key) {
 
 JSON* JSONObject::set(const std::string& key, root value) {
   // The lookup position is the insertion hint: keys set in ascending order
-  // are inserted in constant time.
-  auto member = lower_bound(key);
+  // are inserted in constant time, and a key above every present one (as in
+  // a document written in key order) is placed at the end without a search.
+  auto member = Members::end();
+  if (!Members::empty() && !(std::prev(member)->first < key)) member = lower_bound(key);
   if (member != Members::end() && member->first == key) {
     member->second = std::move(value);
   } else {

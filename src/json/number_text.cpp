@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <string>
 
 namespace qta::json::detail {
 namespace {
@@ -229,6 +230,62 @@ class UseCLocale {
 
 bool isTrailingSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
+// sscanf(text, "%lg%n") in the C locale: the number of characters consumed,
+// or 0 when nothing converts.
+std::size_t scanWithCLibrary(const char* text, double& value) {
+  int consumed = 0;
+  const UseCLocale cLocale;
+  if (std::sscanf(text, "%lg%n", &value, &consumed) != 1) return 0;
+  return static_cast<std::size_t>(consumed);
+}
+
+bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+
+// The characters a "%lg" scan may consume: signs, digits, letters (hexadecimal
+// digits, exponents, "inf", "infinity", "nan") and the point, plus those of a
+// "nan(chars)" payload.
+bool mayBelongToNumber(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  return isDigit(c) || (lower >= 'a' && lower <= 'z') || c == '.' || c == '+' || c == '-' ||
+         c == '(' || c == ')' || c == '_';
+}
+
+// The plain decimal form -?D+(.D*)?([eE][+-]?D+)?, read by from_chars,
+// which takes exactly that form (leading zeros included) and rounds as strtod
+// does; `end` bounds it and is the end of the text. Returns the end of the
+// number, or null for the forms where a "%lg" scan goes on or reads
+// differently: a sign without a digit ("-inf", "-nan", "-.5"), a hexadecimal
+// prefix or an exponent letter without digits right after the number, and
+// values from_chars reports out of range. The C library decides those.
+const char* scanPlainDecimal(const char* text, const char* end, double& value) {
+  const char* digits = text + (*text == '-' ? 1 : 0);
+  if (!isDigit(*digits)) return nullptr;
+  const auto [stop, error] = std::from_chars(text, end, value);
+  const char next = static_cast<char>(*stop | 0x20);
+  if (error != std::errc() || next == 'e' || next == 'x') return nullptr;
+  return stop;
+}
+
+// The C library's scan of the token at `text`, made on a NUL-terminated copy
+// of the characters that may belong to it.
+const char* scanToken(const char* text, double& value) {
+  const char* end = text;
+  while (mayBelongToNumber(*end)) ++end;
+  const auto length = static_cast<std::size_t>(end - text);
+  char small[64];
+  std::string large;
+  char* copy = small;
+  if (length >= sizeof small) {
+    large.assign(text, length);
+    copy = large.data();
+  } else {
+    std::memcpy(small, text, length);
+    small[length] = '\0';
+  }
+  const std::size_t consumed = scanWithCLibrary(copy, value);
+  return consumed == 0 ? nullptr : text + consumed;
+}
+
 }  // namespace
 
 std::size_t formatNumber(double value, char* buffer) {
@@ -247,17 +304,17 @@ std::size_t formatNumber(double value, char* buffer) {
   return formatNotWhole(magnitude, buffer, cursor);
 }
 
+const char* scanNumberPrefix(const char* text, const char* end, double& value) {
+  if (const char* stop = scanPlainDecimal(text, end, value)) return stop;
+  return scanToken(text, value);
+}
+
 double scanNumber(const std::string& text) {
   if (text.empty()) return 0;
   double value = 0;
-  int consumed = 0;
-  int converted;
-  {
-    const UseCLocale cLocale;
-    converted = std::sscanf(text.c_str(), "%lg%n", &value, &consumed);
-  }
-  if (converted != 1) return std::numeric_limits<double>::quiet_NaN();
-  for (std::size_t i = static_cast<std::size_t>(consumed); i < text.size(); ++i) {
+  const std::size_t consumed = scanWithCLibrary(text.c_str(), value);
+  if (consumed == 0) return std::numeric_limits<double>::quiet_NaN();
+  for (std::size_t i = consumed; i < text.size(); ++i) {
     if (!isTrailingSpace(text[i])) return std::numeric_limits<double>::quiet_NaN();
   }
   return value;

@@ -1,12 +1,11 @@
 // JSON text output: strings, numbers and the iterative container writer.
 #include "qta/json/writer.h"
 
-#include <array>
-#include <cstdint>
 #include <cstring>
 #include <vector>
 
 #include "json/number_text.h"
+#include "json/special_bytes.h"
 #include "json/text_sink.h"
 #include "json/tree_ops.h"
 #include "qta/utils/format.h"
@@ -14,58 +13,8 @@
 namespace qta::json {
 namespace {
 
+using detail::plainRun;
 using detail::TextSink;
-
-// The bytes a string cannot hold as they are: NUL (where the text ends),
-// other control bytes, the double quote and the backslash.
-constexpr std::array<bool, 256> kSpecial = [] {
-  std::array<bool, 256> special{};
-  for (int c = 0; c < 32; ++c) special[c] = true;
-  special['"'] = true;
-  special['\\'] = true;
-  return special;
-}();
-
-constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
-constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
-
-// A word with the high bit set in each byte of `word` that is zero, and
-// possibly in higher bytes after one (only "any" is reliable).
-constexpr std::uint64_t zeroBytes(std::uint64_t word) { return (word - kOnes) & ~word & kHighBits; }
-
-// True when any of the eight bytes of `word` is special (see kSpecial).
-bool hasSpecialByte(std::uint64_t word) {
-  const std::uint64_t controls = (word - kOnes * 0x20) & ~word & kHighBits;
-  return (controls | zeroBytes(word ^ (kOnes * '"')) | zeroBytes(word ^ (kOnes * '\\'))) != 0;
-}
-
-template <typename Word>
-Word load(const char* from) {
-  Word word;
-  std::memcpy(&word, from, sizeof word);
-  return word;
-}
-
-// The length of the leading run of `[text, end)` that needs no escaping.
-// Plain text, the usual case, is recognised without a byte loop: the last
-// bytes are tested as the word that ends at the end (overlapping bytes tested
-// before), and text of four to seven bytes as two overlapping halves of one
-// word. Inlined into its callers: as a call it saved and restored six
-// registers for the word constants, which cost more than the test of a key.
-[[gnu::always_inline]] inline std::size_t plainRun(const char* text, const char* end) {
-  const auto size = static_cast<std::size_t>(end - text);
-  const char* cursor = text;
-  if (size >= 8) {
-    while (end - cursor > 8 && !hasSpecialByte(load<std::uint64_t>(cursor))) cursor += 8;
-    if (end - cursor <= 8 && !hasSpecialByte(load<std::uint64_t>(end - 8))) return size;
-  } else if (size >= 4) {
-    const std::uint64_t halves =
-        load<std::uint32_t>(text) | std::uint64_t{load<std::uint32_t>(end - 4)} << 32;
-    if (!hasSpecialByte(halves)) return size;
-  }
-  while (cursor != end && !kSpecial[static_cast<unsigned char>(*cursor)]) ++cursor;
-  return static_cast<std::size_t>(cursor - text);
-}
 
 void putEscape(TextSink& sink, unsigned char c) {
   switch (c) {

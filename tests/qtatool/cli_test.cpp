@@ -13,7 +13,7 @@ namespace {
 
 TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
   const std::string help = runTool({"--help"}).out;
-  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri", "error",
+  for (const std::string name : {"demo", "json", "utf8", "utf16", "utf32", "base64", "uri", "error",
                                  "clock", "date", "device", "serial"}) {
     EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
     const ToolResult own = runTool({name, "--help"});
@@ -28,6 +28,7 @@ TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
 // white space; the first case is empty: no arguments at all.
 TEST(QtatoolCli, UsageErrorsExitWithTwo) {
   std::istringstream cases(R"(; no-such-command; --no-such-option; demo extra;
+json; json frob; json fmt a b; json get; json get --compact a; json fmt /no/such/file;
 base64; base64 compress; base64 encode --wrap; base64 decode a b; base64 decode /no/such/file;
 utf8 check a b; utf16 to-utf8 12345; utf16 to-utf8 xyz; utf32 to-utf8 123456789;
 uri show x; uri parse; uri parse a b; uri parse --file; uri parse a --file -;

@@ -127,6 +127,13 @@ class QTA_EXPORT JSON {
   // empty slot gives "null"). Other kinds: empty text.
   virtual std::string join(const std::string& separator) const;
 
+  // Node memory: each thread takes the nodes it makes from 64 KiB blocks of
+  // its own, and a block returns to the heap once all its nodes are deleted
+  // (on any thread). A few nodes kept from a large document therefore keep
+  // their blocks; clone() them to let the blocks go.
+  static void* operator new(std::size_t size);
+  static void operator delete(void* node, std::size_t size) noexcept;
+
   // This node as an object or an array, or null when it is another kind: the
   // way to reach a container's own map or vector without a stand-in.
   JSONObject* asObject();

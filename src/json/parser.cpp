@@ -1,0 +1,221 @@
+// The JSON parser: one pass over the text with a single cursor. Open arrays
+// and objects are kept on an explicit stack instead of the machine stack, so
+// any depth of nesting costs heap only.
+#include "qta/json/parser.h"
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "json/number_text.h"
+#include "json/string_literal.h"
+
+namespace qta::json {
+namespace {
+
+const char* skipWhiteSpace(const char* cursor) {
+  while (*cursor == ' ' || *cursor == '\t' || *cursor == '\n' || *cursor == '\r') ++cursor;
+  return cursor;
+}
+
+// True when the text at `cursor` starts with `word`; compares byte by byte,
+// so it stops at the end of the text.
+bool startsWith(const char* cursor, std::string_view word) {
+  for (const char c : word) {
+    if (*cursor++ != c) return false;
+  }
+  return true;
+}
+
+class Parser {
+ public:
+  // `end` is the text's terminating NUL.
+  Parser(const char* text, const char* end) : cursor_(text), end_(end) {}
+
+  const char* cursor() const { return cursor_; }
+
+  JSON::root parseValue() {
+    cursor_ = skipWhiteSpace(cursor_);
+    if (*cursor_ != '[' && *cursor_ != '{') return parseScalar();
+    JSON::root top = create();
+    enter(top.get());
+    return parseContainers() ? std::move(top) : nullptr;
+  }
+
+ private:
+  // An array or object whose closing bracket has not been reached. It is
+  // owned by its parent already (an object's member, an entry of elements_ or
+  // the top value), so a failure anywhere frees it with the rest.
+  struct Open {
+    JSON* container;
+    std::size_t firstElement;  // arrays: where their elements start in elements_
+  };
+
+  // The new container whose opening bracket is at the cursor; passes it.
+  JSON::root create() {
+    if (*cursor_++ == '[') return std::make_unique<JSONArray>();
+    return std::make_unique<JSONObject>();
+  }
+
+  // Makes `container`, already owned by its parent, the innermost open one.
+  void enter(JSON* container) { open_.push_back({container, elements_.size()}); }
+
+  // Runs until the container opened last and all inside it are closed. After
+  // a value the innermost container expects a separator or its closing
+  // bracket; after its opening bracket, a value or the closing bracket.
+  bool parseContainers() {
+    bool afterValue = false;
+    for (;;) {
+      const Open& innermost = open_.back();
+      const bool isArray = innermost.container->type == JSON::Array;
+      cursor_ = skipWhiteSpace(cursor_);
+      if (*cursor_ == (isArray ? ']' : '}')) {
+        ++cursor_;
+        if (close()) return true;
+        afterValue = true;
+        continue;
+      }
+      if (afterValue) {
+        if (*cursor_ != ',') return false;
+        ++cursor_;  // the end of the text right after a comma ends the container
+      }
+      if (*cursor_ == '\0') {
+        // The container stands as it is. The cursor stays on the end, so an
+        // enclosing container then fails for want of its closing bracket.
+        if (close()) return true;
+        afterValue = true;
+        continue;
+      }
+      if (!isArray && !parseKey()) return false;
+      cursor_ = skipWhiteSpace(cursor_);
+      if (*cursor_ == '[' || *cursor_ == '{') {
+        JSON::root child = create();
+        JSON* const container = child.get();
+        attach(innermost.container, std::move(child));
+        enter(container);  // moves `innermost`
+        afterValue = false;
+      } else {
+        JSON::root value = parseScalar();
+        if (!value) return false;
+        attach(innermost.container, std::move(value));
+        afterValue = true;
+      }
+    }
+  }
+
+  // An object member's key and the ":" after it.
+  bool parseKey() {
+    cursor_ = skipWhiteSpace(cursor_);
+    std::string_view key;
+    if (!detail::readString(cursor_, end_, scratch_, key) || key.empty()) return false;
+    key_.assign(key);
+    cursor_ = skipWhiteSpace(cursor_);
+    if (*cursor_ != ':') return false;
+    ++cursor_;
+    return true;
+  }
+
+  // Gives `value` to `container`: an array's element waits in elements_ until
+  // the array closes; an object's member is stored under key_ at once, the
+  // last of equal keys replacing the others.
+  void attach(JSON* container, JSON::root value) {
+    if (container->type == JSON::Array) {
+      elements_.push_back(std::move(value));
+    } else {
+      static_cast<JSONObject*>(container)->JSONObject::set(key_, std::move(value));
+    }
+  }
+
+  // Closes the innermost container; true when it was the outermost one. An
+  // array receives its elements in one allocation of the exact size.
+  bool close() {
+    const Open closing = open_.back();
+    open_.pop_back();
+    if (closing.container->type == JSON::Array) {
+      auto& elements = static_cast<JSONArray&>(*closing.container);
+      const auto first = elements_.begin() + static_cast<std::ptrdiff_t>(closing.firstElement);
+      elements.reserve(static_cast<std::size_t>(elements_.end() - first));
+      elements.insert(elements.end(), std::make_move_iterator(first),
+                      std::make_move_iterator(elements_.end()));
+      elements_.erase(first, elements_.end());
+    }
+    return open_.empty();
+  }
+
+  // A value that is not a container, at the cursor (white space skipped).
+  JSON::root parseScalar() {
+    switch (*cursor_) {
+      case 'n':
+        return literal("null", [] { return std::make_unique<JSONNull>(); });
+      case 't':
+        return literal("true", [] { return std::make_unique<JSONBoolean>(1); });
+      case 'f':
+        return literal("false", [] { return std::make_unique<JSONBoolean>(0); });
+      case '"': {
+        std::string_view text;
+        if (!detail::readString(cursor_, end_, scratch_, text)) return nullptr;
+        return std::make_unique<JSONString>(std::string(text));
+      }
+      case '-':
+      case '0':
+      case '1':
+      case '2':
+      case '3':
+      case '4':
+      case '5':
+      case '6':
+      case '7':
+      case '8':
+      case '9': {
+        double value;
+        const char* end = detail::scanNumberPrefix(cursor_, end_, value);
+        if (end == nullptr) return nullptr;
+        cursor_ = end;
+        return std::make_unique<JSONNumber>(value);
+      }
+      default:
+        return nullptr;
+    }
+  }
+
+  template <typename Make>
+  JSON::root literal(std::string_view word, Make make) {
+    if (!startsWith(cursor_, word)) return nullptr;
+    cursor_ += word.size();
+    return make();
+  }
+
+  const char* cursor_;
+  const char* const end_;
+  std::vector<Open> open_;
+  std::vector<JSON::root> elements_;  // the elements of the open arrays, innermost last
+  std::string key_;                   // the key of the member being parsed
+  std::string scratch_;               // a string literal's bytes when it has escapes
+};
+
+}  // namespace
+
+JSON::root parse(const std::string& text) {
+  Parser parser(text.c_str(), text.c_str() + text.size());
+  JSON::root value = parser.parseValue();
+  if (!value || *skipWhiteSpace(parser.cursor()) != '\0') return nullptr;
+  return value;
+}
+
+JSON::root parseValue(const char*& cursor) {
+  Parser parser(cursor, cursor + std::strlen(cursor));
+  JSON::root value = parser.parseValue();
+  cursor = parser.cursor();
+  return value;
+}
+
+bool parseString(const char*& cursor, std::string& out) {
+  if (*cursor != '"') return false;
+  ++cursor;
+  return detail::decodeStringRest(cursor, cursor + std::strlen(cursor), out);
+}
+
+}  // namespace qta::json

@@ -1,0 +1,78 @@
+// The bytes a JSON string cannot hold as they are: NUL and the other control
+// bytes below 32, the double quote and the backslash. The writer escapes them;
+// the parser stops at them (a quote ends the string, a backslash starts an
+// escape, a control byte is an error). Both find them eight bytes at a time.
+#ifndef QTA_JSON_SPECIAL_BYTES_H_
+#define QTA_JSON_SPECIAL_BYTES_H_
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace qta::json::detail {
+
+constexpr std::array<bool, 256> kSpecial = [] {
+  std::array<bool, 256> special{};
+  for (int c = 0; c < 32; ++c) special[c] = true;
+  special['"'] = true;
+  special['\\'] = true;
+  return special;
+}();
+
+inline bool isSpecial(char c) { return kSpecial[static_cast<unsigned char>(c)]; }
+
+constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+
+// A word with the high bit set in each byte of `word` that is zero, and
+// possibly in higher bytes after one (only the lowest mark is reliable).
+constexpr std::uint64_t zeroBytes(std::uint64_t word) { return (word - kOnes) & ~word & kHighBits; }
+
+// Marks the special bytes of `word` (loaded little-endian) with their high
+// bit. The lowest mark is always a special byte; marks above it may be false,
+// so the mask tells whether there is one and where the first one is.
+inline std::uint64_t specialBytes(std::uint64_t word) {
+  const std::uint64_t controls = (word - kOnes * 0x20) & ~word & kHighBits;
+  return controls | zeroBytes(word ^ (kOnes * '"')) | zeroBytes(word ^ (kOnes * '\\'));
+}
+
+// True when any of the eight bytes of `word` is special.
+inline bool hasSpecialByte(std::uint64_t word) { return specialBytes(word) != 0; }
+
+// The index of the first special byte marked in a non-zero specialBytes() mask.
+inline std::size_t firstSpecialByte(std::uint64_t mask) {
+  return static_cast<std::size_t>(__builtin_ctzll(mask)) / 8;
+}
+
+template <typename Word>
+Word load(const char* from) {
+  Word word;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
+// The length of the leading run of `[text, end)` that holds no special byte.
+// Plain text, the usual case, is recognised without a byte loop: the last
+// bytes are tested as the word that ends at the end (overlapping bytes tested
+// before), and text of four to seven bytes as two overlapping halves of one
+// word. Inlined into its callers: as a call it saved and restored six
+// registers for the word constants, which cost more than the test of a key.
+[[gnu::always_inline]] inline std::size_t plainRun(const char* text, const char* end) {
+  const auto size = static_cast<std::size_t>(end - text);
+  const char* cursor = text;
+  if (size >= 8) {
+    while (end - cursor > 8 && !hasSpecialByte(load<std::uint64_t>(cursor))) cursor += 8;
+    if (end - cursor <= 8 && !hasSpecialByte(load<std::uint64_t>(end - 8))) return size;
+  } else if (size >= 4) {
+    const std::uint64_t halves =
+        load<std::uint32_t>(text) | std::uint64_t{load<std::uint32_t>(end - 4)} << 32;
+    if (!hasSpecialByte(halves)) return size;
+  }
+  while (cursor != end && !isSpecial(*cursor)) ++cursor;
+  return static_cast<std::size_t>(cursor - text);
+}
+
+}  // namespace qta::json::detail
+
+#endif  // QTA_JSON_SPECIAL_BYTES_H_
