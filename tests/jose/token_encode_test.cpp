@@ -71,9 +71,9 @@ TEST(JWSEncode, AlgMustNameTheKeysAlgorithmWhenPresent) {
   const qta::JWSKey key = hmacKey(JWSAlgorithm::HS256, "k");
   const std::string refusal =
       "String not valid : alg name in JOSE header does not match key algorithm";
-  JSON::root numeric = json::makeObject();
-  numeric->set("alg", json::makeNumber(1));
-  for (const JSON* refused : {header("HS512").get(), header("hs256").get(), numeric.get()}) {
+  JSON::root refusedHeaders[] = {header("HS512"), header("hs256"), json::makeObject()};
+  refusedHeaders[2]->set("alg", json::makeNumber(1));
+  for (const JSON::root& refused : refusedHeaders) {
     try {
       jwsEncode(*refused, std::string("p"), key);
       ADD_FAILURE() << json::toJSONText(*refused);
