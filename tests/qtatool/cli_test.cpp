@@ -13,8 +13,8 @@ namespace {
 
 TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
   const std::string help = runTool({"--help"}).out;
-  for (const std::string name : {"demo", "json", "utf8", "utf16", "utf32", "base64", "uri", "error",
-                                 "clock", "date", "device", "serial"}) {
+  for (const std::string name : {"demo", "json", "utf8", "utf16", "utf32", "base64", "jws", "uri",
+                                 "error", "clock", "date", "device", "serial"}) {
     EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
     const ToolResult own = runTool({name, "--help"});
     EXPECT_EQ(own.status, 0) << name;
@@ -35,7 +35,13 @@ uri show x; uri parse; uri parse a b; uri parse --file; uri parse a --file -;
 uri parse --file /no/such/file; uri resolve a; uri relative a b c; uri compare a --file b;
 error; error x; error 4294967296; error 1 2; error smtp 1; error http 4o4 GET http://h/;
 error http 404 GET; error transfer gopher 1 GET http://h/; error transfer ftp 1 GET;
-error errno 30 x; error errno -1 2; error apr 13 /p extra)");
+error errno 30 x; error errno -1 2; error apr 13 /p extra;
+jws; jws mint; jws sign; jws sign --secret-hex 00; jws sign --alg XX256 --secret-hex 00;
+jws sign --alg none --secret-hex 00; jws sign --alg HS256 --secret-hex 0;
+jws sign --alg HS256 --secret-hex 0g; jws sign --alg HS256 --key k.pem --secret-hex 00;
+jws sign --alg HS256 --secret-hex 00 --header [1] /dev/null;
+jws verify --alg HS256 --secret-hex 00 --header {} t; jws verify --alg ES256 --key /no/such.pem t;
+jws header; jws header --alg HS256 t; jws header a b)");
   for (std::string line; std::getline(cases, line, ';');) {
     std::vector<std::string> args;
     std::istringstream words(line);
@@ -53,7 +59,7 @@ TEST(QtatoolCli, DemoShowsEveryModuleInAFixedOrder) {
   EXPECT_EQ(result.status, 0) << result.err;
   size_t at = 0;
   for (const char* section :
-       {"== JSON\n", "== Unicode text\n", "== base64\n", "== URI\n", "== errors\n",
+       {"== JSON\n", "== Unicode text\n", "== base64\n", "== JWS\n", "== URI\n", "== errors\n",
         "== clock values\n", "== calendar dates\n", "== device\n", "== serial\n"}) {
     at = result.out.find(section, at);
     EXPECT_NE(at, std::string::npos) << section;
