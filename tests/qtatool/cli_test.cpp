@@ -13,7 +13,7 @@ namespace {
 
 TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
   const std::string help = runTool({"--help"}).out;
-  for (const std::string name : {"demo", "utf8", "utf16", "utf32", "base64", "uri", "error",
+  for (const std::string name : {"demo", "log", "utf8", "utf16", "utf32", "base64", "uri", "error",
                                  "clock", "date", "device", "serial"}) {
     EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
     const ToolResult own = runTool({name, "--help"});
@@ -34,7 +34,8 @@ uri show x; uri parse; uri parse a b; uri parse --file; uri parse a --file -;
 uri parse --file /no/such/file;
 error; error x; error 4294967296; error 1 2; error smtp 1; error http 4o4 GET http://h/;
 error http 404 GET; error transfer gopher 1 GET http://h/; error transfer ftp 1 GET;
-error errno 30 x; error errno -1 2; error apr 13 /p extra)");
+error errno 30 x; error errno -1 2; error apr 13 /p extra;
+log; log qta INFO; log qta LOUD m; log qta INFO m extra; log --config; log --default --config f qta INFO m)");
   for (std::string line; std::getline(cases, line, ';');) {
     std::vector<std::string> args;
     std::istringstream words(line);
@@ -52,7 +53,7 @@ TEST(QtatoolCli, DemoShowsEveryModuleInAFixedOrder) {
   EXPECT_EQ(result.status, 0) << result.err;
   size_t at = 0;
   for (const char* section :
-       {"== JSON\n", "== Unicode text\n", "== base64\n", "== URI\n", "== errors\n",
+       {"== logging\n", "== JSON\n", "== Unicode text\n", "== base64\n", "== URI\n", "== errors\n",
         "== clock values\n", "== calendar dates\n", "== device\n", "== serial\n"}) {
     at = result.out.find(section, at);
     EXPECT_NE(at, std::string::npos) << section;
