@@ -86,7 +86,6 @@ void demo(std::ostream& out) {
   QTA_LOG_WARN(qta::qtalog::getLogger("device"), "no identifiers file, using defaults");
   QTA_LOG_DEBUG(qta::qtalog::getLogger("device"), "below INFO: dropped");
   QTA_LOG_INFO(qta::qtalog::getLogger("accounting"), "2024-05-01T10:00:00Z play intro.mp4 42s");
-  QTA_LOG_INFO(qta::qtalog::getLogger("svglib.profiling"), "silenced");
   log4cxx::LogManager::resetConfiguration();
   std::filesystem::current_path(previous);
 
