@@ -13,8 +13,8 @@ namespace {
 
 TEST(QtatoolCli, HelpListsEveryCommandAndEachHasItsOwnHelp) {
   const std::string help = runTool({"--help"}).out;
-  for (const std::string name : {"demo", "json", "utf8", "utf16", "utf32", "base64", "jws", "uri",
-                                 "error", "clock", "date", "device", "serial"}) {
+  for (const std::string name : {"demo", "log", "json", "utf8", "utf16", "utf32", "base64", "jws",
+                                 "uri", "error", "clock", "date", "device", "serial"}) {
     EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << name;
     const ToolResult own = runTool({name, "--help"});
     EXPECT_EQ(own.status, 0) << name;
@@ -41,7 +41,9 @@ jws sign --alg none --secret-hex 00; jws sign --alg HS256 --secret-hex 0;
 jws sign --alg HS256 --secret-hex 0g; jws sign --alg HS256 --key k.pem --secret-hex 00;
 jws sign --alg HS256 --secret-hex 00 --header [1] /dev/null;
 jws verify --alg HS256 --secret-hex 00 --header {} t; jws verify --alg ES256 --key /no/such.pem t;
-jws header; jws header --alg HS256 t; jws header a b)");
+jws header; jws header --alg HS256 t; jws header a b;
+log; log qta INFO; log qta LOUD m; log qta INFO m extra; log --config;
+log --default --config f qta INFO m)");
   for (std::string line; std::getline(cases, line, ';');) {
     std::vector<std::string> args;
     std::istringstream words(line);
@@ -59,8 +61,8 @@ TEST(QtatoolCli, DemoShowsEveryModuleInAFixedOrder) {
   EXPECT_EQ(result.status, 0) << result.err;
   size_t at = 0;
   for (const char* section :
-       {"== JSON\n", "== Unicode text\n", "== base64\n", "== JWS\n", "== URI\n", "== errors\n",
-        "== clock values\n", "== calendar dates\n", "== device\n", "== serial\n"}) {
+       {"== logging\n", "== JSON\n", "== Unicode text\n", "== base64\n", "== JWS\n", "== URI\n",
+        "== errors\n", "== clock values\n", "== calendar dates\n", "== device\n", "== serial\n"}) {
     at = result.out.find(section, at);
     EXPECT_NE(at, std::string::npos) << section;
   }
