@@ -11,11 +11,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${QTA_BUILD_DIR:-$root/build}
-# new_delete_type_mismatch=0: liblog4cxx 1.0 (Debian 12) frees its rolling file
-# appender's private data through a base of the wrong size, which AddressSanitizer
-# reports whenever a logging configuration is replaced; the fault is inside that
-# library, so the check is off for every run.
-export ASAN_OPTIONS=${ASAN_OPTIONS:-halt_on_error=1:detect_leaks=1:abort_on_error=1:new_delete_type_mismatch=0}
+export ASAN_OPTIONS=${ASAN_OPTIONS:-halt_on_error=1:detect_leaks=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:abort_on_error=1:print_stacktrace=1}
 export TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1:abort_on_error=1:second_deadlock_stack=1}
 
