@@ -92,6 +92,13 @@ void JWSKey::setHmacSecret(JWSAlgorithm algorithm, const uint8_t* secret, int le
   }
   if (length < 0)
     throw QTAError(errors::kStringNotValid, "HMAC secret length must not be negative");
+  // OpenSSL 3 cannot store an empty secret. HMAC pads a short key with zero
+  // bytes to the digest's block size, so one zero byte is the same key.
+  static const uint8_t kEmptySecret[1] = {0};
+  if (length == 0) {
+    secret = kEmptySecret;
+    length = 1;
+  }
   EVP_PKEY* key = EVP_PKEY_new_mac_key(EVP_PKEY_HMAC, nullptr, secret, length);
   if (key == nullptr) jose::throwCryptoError(errors::kNoMemory, "EVP_PKEY_new_mac_key");
   store(algorithm, key);

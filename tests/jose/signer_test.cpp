@@ -100,6 +100,18 @@ TEST(JWSSignature, Hs256MatchesThePublishedExample) {
   EXPECT_TRUE(verify(input, key, expected));
 }
 
+// An empty secret is a valid HMAC key: HMAC-SHA256 with the empty key over
+// the empty message is a well-known value.
+TEST(JWSSignature, EmptyHmacSecretSignsAndVerifies) {
+  JWSKey key;
+  key.setHmacSecret(JWSAlgorithm::HS256, nullptr, 0);
+  EXPECT_NO_THROW(key.checkKey());
+  const std::vector<uint8_t> expected =
+      qta::text::base64UrlDecode("thNnmggU2ex3L5XXeMNfxf8Wl8STcVZTxscSFEKSxa0");
+  EXPECT_EQ(sign("", key), expected);
+  EXPECT_TRUE(verify("", key, expected));
+}
+
 // RSA PKCS#1 v1.5 signatures are deterministic: they equal OpenSSL's one-shot
 // digest-sign. ECDSA's R||S, turned into DER here, passes OpenSSL's one-shot
 // digest-verify.

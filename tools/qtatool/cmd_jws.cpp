@@ -171,7 +171,7 @@ int run(const Command& self, Args args) {
   return parsed->mode == "sign" ? sign(self, *parsed) : verify(self, *parsed);
 }
 
-// A P-256 key made for the demo, or an empty key when OpenSSL cannot make one.
+// A P-256 key made for the demo; the key check throws when OpenSSL cannot make one.
 JWSKey demoEcKey() {
   JWSKey key;
   key.assign(JWSAlgorithm::ES256, EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
@@ -204,9 +204,12 @@ void demo(std::ostream& out) {
   JSON::root decodedHeader;
   JSON::root payload;
   const bool valid = qta::jose::jwsVerify(ecToken, decodedHeader, payload, ec);
-  out << "verified with its key: " << (valid ? "true" : "false") << ", header "
-      << qta::json::toJSONText(*decodedHeader, -1) << ", payload "
-      << qta::json::toJSONText(*payload, -1) << "\n";
+  out << "verified with its key: " << (valid ? "true" : "false");
+  if (valid) {
+    out << ", header " << qta::json::toJSONText(*decodedHeader, -1) << ", payload "
+        << qta::json::toJSONText(*payload, -1);
+  }
+  out << "\n";
   std::string tampered = ecToken;
   tampered[tampered.find('.') + 2] ^= 1;
   out << "one payload character changed: "
