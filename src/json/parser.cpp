@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -109,9 +110,7 @@ class Parser {
   // An object member's key and the ":" after it.
   bool parseKey() {
     cursor_ = skipWhiteSpace(cursor_);
-    std::string_view key;
-    if (!detail::readString(cursor_, end_, scratch_, key) || key.empty()) return false;
-    key_.assign(key);
+    if (!detail::readString(cursor_, end_, keyScratch_, key_) || key_.empty()) return false;
     cursor_ = skipWhiteSpace(cursor_);
     if (*cursor_ != ':') return false;
     ++cursor_;
@@ -124,9 +123,16 @@ class Parser {
   void attach(JSON* container, JSON::root value) {
     if (container->type == JSON::Array) {
       elements_.push_back(std::move(value));
-    } else {
-      static_cast<JSONObject*>(container)->JSONObject::set(key_, std::move(value));
+      return;
     }
+    // The key is built in its map node straight from the text. With the end
+    // as hint a key above all present ones (documents written in key order)
+    // costs one comparison; any other key is looked up once, and an equal
+    // key already present is the member returned, whose value is replaced.
+    JSON::Members& members = static_cast<JSONObject&>(*container);
+    const auto member = members.emplace_hint(members.end(), std::piecewise_construct,
+                                             std::forward_as_tuple(key_), std::forward_as_tuple());
+    member->second = std::move(value);
   }
 
   // Closes the innermost container; true when it was the outermost one. An
@@ -192,8 +198,9 @@ class Parser {
   const char* const end_;
   std::vector<Open> open_;
   std::vector<JSON::root> elements_;  // the elements of the open arrays, innermost last
-  std::string key_;                   // the key of the member being parsed
-  std::string scratch_;               // a string literal's bytes when it has escapes
+  std::string_view key_;              // the key of the member being parsed
+  std::string keyScratch_;            // key_'s bytes when the key has escapes
+  std::string scratch_;               // a string value's bytes when it has escapes
 };
 
 }  // namespace
