@@ -1,7 +1,8 @@
 // The bytes a JSON string cannot hold as they are: NUL and the other control
 // bytes below 32, the double quote and the backslash. The writer escapes them;
 // the parser stops at them (a quote ends the string, a backslash starts an
-// escape, a control byte is an error). Both find them eight bytes at a time.
+// escape, a control byte is an error). Both find them 16 bytes at a time
+// with SSE2, eight at a time without.
 #ifndef QTA_JSON_SPECIAL_BYTES_H_
 #define QTA_JSON_SPECIAL_BYTES_H_
 
@@ -9,6 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace qta::json::detail {
 
@@ -52,13 +57,26 @@ Word load(const char* from) {
   return word;
 }
 
-// The length of the leading run of `[text, end)` that holds no special byte.
-// Plain text, the usual case, is recognised without a byte loop: the last
-// bytes are tested as the word that ends at the end (overlapping bytes tested
-// before), and text of four to seven bytes as two overlapping halves of one
-// word. Inlined into its callers: as a call it saved and restored six
-// registers for the word constants, which cost more than the test of a key.
-[[gnu::always_inline]] inline std::size_t plainRun(const char* text, const char* end) {
+#ifdef __SSE2__
+// A mask with bit i set when byte i of the 16 at `from` is special.
+inline unsigned specialBytes16(const char* from) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  // A byte is below 32 when the unsigned saturating subtraction of 31 leaves 0.
+  const __m128i control =
+      _mm_cmpeq_epi8(_mm_subs_epu8(bytes, _mm_set1_epi8(31)), _mm_setzero_si128());
+  const __m128i quote = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+  const __m128i backslash = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+  return static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_or_si128(control, _mm_or_si128(quote, backslash))));
+}
+#endif
+
+// The length of the leading run of `[text, end)` that holds no special byte,
+// tested a word at a time. Plain text, the usual case, is recognised without a
+// byte loop: the last bytes are tested as the word that ends at the end
+// (overlapping bytes tested before), and text of four to seven bytes as two
+// overlapping halves of one word.
+[[gnu::always_inline]] inline std::size_t plainWordRun(const char* text, const char* end) {
   const auto size = static_cast<std::size_t>(end - text);
   const char* cursor = text;
   if (size >= 8) {
@@ -71,6 +89,22 @@ Word load(const char* from) {
   }
   while (cursor != end && !isSpecial(*cursor)) ++cursor;
   return static_cast<std::size_t>(cursor - text);
+}
+
+// The length of the leading run of `[text, end)` that holds no special byte:
+// 16 bytes at a time where SSE2 is there, the rest by plainWordRun(). Inlined
+// into its callers: as a call it saved and restored six registers for the
+// word constants, which cost more than the test of a key.
+[[gnu::always_inline]] inline std::size_t plainRun(const char* text, const char* end) {
+  std::size_t length = 0;
+#ifdef __SSE2__
+  for (; end - text >= 16; text += 16, length += 16) {
+    if (const unsigned mask = specialBytes16(text)) {
+      return length + static_cast<std::size_t>(__builtin_ctz(mask));
+    }
+  }
+#endif
+  return length + plainWordRun(text, end);
 }
 
 }  // namespace qta::json::detail

@@ -43,8 +43,23 @@ void destroyPending(std::vector<JSON::root>& pending) {
   }
 }
 
+// Containers nested this deep are destroyed by plain recursion, which needs
+// no work list (and so no allocation) and frees each child as it goes; deeper
+// ones fall back on the work list, so the machine stack stays bounded. The
+// limit keeps the recursion to some tens of KiB of stack.
+constexpr int kRecursiveTeardownDepth = 128;
+
+// How many destructors of containers are running on this thread, nested.
+constinit thread_local int teardownDepth = 0;
+
 template <typename Children>
 void destroyChildrenOf(Children& children) {
+  if (teardownDepth < kRecursiveTeardownDepth) {
+    ++teardownDepth;
+    children.clear();
+    --teardownDepth;
+    return;
+  }
   std::vector<JSON::root> pending;
   detachChildren(children, pending);
   destroyPending(pending);

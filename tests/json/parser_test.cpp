@@ -31,6 +31,8 @@ TEST(JSONParser, Grammar) {
       {R"({"a":1,"a":2})", R"({ "a": 2 })"},
       {R"({"a":[1,2],"a":{}})", R"({ "a": { } })"},
       {R"({"a":{"b":[[],{}]},"c":"d"})", R"({ "a": { "b": [ [ ], { } ] }, "c": "d" })"},
+      // A key and a value that both need decoding are held apart.
+      {R"({"k\n":"v\t","k\t":{"\"":"\\"}})", R"({ "k\t": { "\"": "\\" }, "k\n": "v\t" })"},
       {"{}", "{ }"},
       {"[]", "[ ]"},
       {"null", "null"},
@@ -123,6 +125,29 @@ TEST(JSONParser, StringsAndEscapes) {
         EXPECT_NE(object->get(expected), nullptr) << input;
       }
     }
+  }
+}
+
+// Plain string bytes and white space are tested many bytes at a time: runs of
+// every length up to a few blocks must end exactly where they end, also right
+// before the end of the text.
+TEST(JSONParser, RunsOfEveryLengthEndWhereTheyShould) {
+  for (std::size_t length = 0; length <= 40; ++length) {
+    const std::string run(length, 'a');
+    std::string space;
+    for (std::size_t i = 0; i < length; ++i) space += " \t\r\n"[i % 4];
+    const std::string quoted = "\"" + run + "\"";
+    EXPECT_EQ(reparsed(quoted), quoted) << length;
+    EXPECT_EQ(reparsed("[" + quoted + "]"), "[ " + quoted + " ]") << length;
+    const JSON::root escaped = json::parse("\"" + run + "\\n" + run + "\"");
+    ASSERT_NE(escaped, nullptr) << length;
+    EXPECT_EQ(escaped->toString(), run + "\n" + run) << length;
+    EXPECT_EQ(reparsed("\"" + run + "\x1F\""), "FAIL") << length;
+    EXPECT_EQ(reparsed("\"" + run), "FAIL") << length;
+    EXPECT_EQ(reparsed(space + "[" + space + "1" + space + "," + space + "2]" + space), "[ 1, 2 ]")
+        << length;
+    EXPECT_EQ(reparsed(space + "[1," + space + "\v2]"), "FAIL") << length;
+    EXPECT_EQ(reparsed("[1" + space), "FAIL") << length;
   }
 }
 
