@@ -2,7 +2,7 @@
 // whole; escapes are decoded one by one, "\u" escapes through the Unicode code.
 #include "json/string_literal.h"
 
-#include "json/special_bytes.h"
+#include "json/string_stop_bytes.h"
 #include "qta/text/unicode.h"
 
 namespace qta::json::detail {

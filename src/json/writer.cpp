@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "json/number_text.h"
-#include "json/special_bytes.h"
+#include "json/string_stop_bytes.h"
 #include "json/text_sink.h"
 #include "json/tree_ops.h"
 #include "qta/utils/format.h"

@@ -3,8 +3,8 @@
 // the parser stops at them (a quote ends the string, a backslash starts an
 // escape, a control byte is an error). Both find them 16 bytes at a time
 // with SSE2, eight at a time without.
-#ifndef QTA_JSON_SPECIAL_BYTES_H_
-#define QTA_JSON_SPECIAL_BYTES_H_
+#ifndef QTA_JSON_STRING_STOP_BYTES_H_
+#define QTA_JSON_STRING_STOP_BYTES_H_
 
 #include <array>
 #include <cstddef>
@@ -109,4 +109,4 @@ inline unsigned specialBytes16(const char* from) {
 
 }  // namespace qta::json::detail
 
-#endif  // QTA_JSON_SPECIAL_BYTES_H_
+#endif  // QTA_JSON_STRING_STOP_BYTES_H_
