@@ -87,7 +87,7 @@ class NumberTexts {
         text = decimal();
         break;
     }
-    if (below(2) == 0 || !isDigit(text[0])) text.insert(0, "-");
+    if (below(2) == 0 || !isDigit(text[0])) text.insert(text.begin(), '-');
     if (below(4) == 0) text += pick(kFollowers);
     return text;
   }

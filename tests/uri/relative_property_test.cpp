@@ -34,8 +34,12 @@ class URIGenerator {
   std::string path() {
     std::string text;
     const size_t count = std::uniform_int_distribution<size_t>(0, 4)(random_);
-    for (size_t i = 0; i < count; ++i) text += "/" + pick({"a", "b", "c", "", "..", "%2E", "x y"});
-    return text + pick({"", "/"});
+    for (size_t i = 0; i < count; ++i) {
+      text += '/';
+      text += pick({"a", "b", "c", "", "..", "%2E", "x y"});
+    }
+    text += pick({"", "/"});
+    return text;
   }
 
   std::string tail() { return pick({"", "?q", "?r=1"}) + pick({"", "#f", "#g"}); }
