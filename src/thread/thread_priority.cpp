@@ -22,10 +22,10 @@ bool QTAThread::setPriority(Priority priority) {
 }
 
 bool QTAThread::changePriorityLocked(Priority priority) {
-  if (!begun_) return false;
   int policy = 0;
   sched_param param{};
-  if (pthread_getschedparam(nativeHandle_, &policy, &param) != 0) {
+  // A thread that is not running has no scheduling parameters to read.
+  if (!begun_ || pthread_getschedparam(nativeHandle_, &policy, &param) != 0) {
     QTA_LOG_ERROR(detail::threadLogger(), "failed to retrive thread's scheduling parameters");
     return false;
   }
