@@ -85,31 +85,29 @@ TEST(JWSSignature, RoundTripsAndRefusesEveryAlteration) {
   }
 }
 
-// The HMAC example of RFC 7515, appendix A.1.
-TEST(JWSSignature, Hs256MatchesThePublishedExample) {
-  const std::vector<uint8_t> secret = qta::text::base64UrlDecode(
-      "AyM1SysPpbyDfgZld3umj1qzKObwVMkoqQ-EstJQLr_T-1qS0gZH75aKtMN3Yj0iPS4hcgUuTwjAzZr1Z9CAow");
-  JWSKey key;
-  key.setHmacSecret(JWSAlgorithm::HS256, secret.data(), static_cast<int>(secret.size()));
-  const std::string input =
-      "eyJ0eXAiOiJKV1QiLA0KICJhbGciOiJIUzI1NiJ9.eyJpc3MiOiJqb2UiLA0KICJleHAiOjEzMDA4MTkzODAsDQogI"
-      "mh0dHA6Ly9leGFtcGxlLmNvbS9pc19yb290Ijp0cnVlfQ";
-  const std::vector<uint8_t> expected =
-      qta::text::base64UrlDecode("dBjftJeZ4CVP-mB92K27uhbUJU1p1r_wW1gFWFOEjXk");
-  EXPECT_EQ(sign(input, key), expected);
-  EXPECT_TRUE(verify(input, key, expected));
-}
-
-// An empty secret is a valid HMAC key: HMAC-SHA256 with the empty key over
-// the empty message is a well-known value.
-TEST(JWSSignature, EmptyHmacSecretSignsAndVerifies) {
-  JWSKey key;
-  key.setHmacSecret(JWSAlgorithm::HS256, nullptr, 0);
-  EXPECT_NO_THROW(key.checkKey());
-  const std::vector<uint8_t> expected =
-      qta::text::base64UrlDecode("thNnmggU2ex3L5XXeMNfxf8Wl8STcVZTxscSFEKSxa0");
-  EXPECT_EQ(sign("", key), expected);
-  EXPECT_TRUE(verify("", key, expected));
+// Published HMAC-SHA256 answers: the example of RFC 7515, appendix A.1, and
+// the empty key (a valid HMAC key) over the empty message.
+TEST(JWSSignature, Hs256MatchesPublishedAnswers) {
+  const struct {
+    const char* secret;  // base64url
+    const char* input;
+    const char* mac;  // base64url
+  } kAnswers[] = {
+      {"AyM1SysPpbyDfgZld3umj1qzKObwVMkoqQ-EstJQLr_T-1qS0gZH75aKtMN3Yj0iPS4hcgUuTwjAzZr1Z9CAow",
+       "eyJ0eXAiOiJKV1QiLA0KICJhbGciOiJIUzI1NiJ9.eyJpc3MiOiJqb2UiLA0KICJleHAiOjEzMDA4MTkzODAsDQogI"
+       "mh0dHA6Ly9leGFtcGxlLmNvbS9pc19yb290Ijp0cnVlfQ",
+       "dBjftJeZ4CVP-mB92K27uhbUJU1p1r_wW1gFWFOEjXk"},
+      {"", "", "thNnmggU2ex3L5XXeMNfxf8Wl8STcVZTxscSFEKSxa0"},
+  };
+  for (const auto& answer : kAnswers) {
+    const std::vector<uint8_t> secret = qta::text::base64UrlDecode(answer.secret);
+    JWSKey key;
+    key.setHmacSecret(JWSAlgorithm::HS256, secret.data(), static_cast<int>(secret.size()));
+    EXPECT_NO_THROW(key.checkKey());
+    const std::vector<uint8_t> expected = qta::text::base64UrlDecode(answer.mac);
+    EXPECT_EQ(sign(answer.input, key), expected) << answer.mac;
+    EXPECT_TRUE(verify(answer.input, key, expected)) << answer.mac;
+  }
 }
 
 // RSA PKCS#1 v1.5 signatures are deterministic: they equal OpenSSL's one-shot

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "run_tool.h"
 
 namespace qtatooltest {
@@ -11,32 +8,21 @@ namespace {
 constexpr const char* kDocument = R"({"b": [1, 2.50, "x\u00e9"], "a": {"c": null}, "b": {}})";
 
 TEST(QtatoolJson, FormatsGetsAndRefuses) {
-  struct Case {
-    std::vector<std::string> args;
-    std::string input;
-    int status;
-    std::string out;
-  };
-  const Case cases[] = {
-      {{"json", "fmt"}, kDocument, 0, "{\n\t\"a\": {\n\t\t\"c\": null\n\t},\n\t\"b\": { }\n}\n"},
+  expectRuns({
+      {{"json", "fmt"}, 0, "{\n\t\"a\": {\n\t\t\"c\": null\n\t},\n\t\"b\": { }\n}\n", kDocument},
       {{"json", "fmt", "--compact", "-"},
-       "[1, 0x10, \"x\u00e9\",",
        0,
-       "[ 1, 16, \"x\xC3\xA9\" ]\n"},
-      {{"json", "get", "a"}, kDocument, 0, "{ \"c\": null }\n"},
-      {{"json", "get", "a.c"}, kDocument, 0, "null\n"},
-      {{"json", "get", "1"}, "[true, [\"\\n\"]]", 0, "[ \"\\n\" ]\n"},
-      {{"json", "get", "a.d"}, kDocument, 1, ""},
-      {{"json", "get", "b.0"}, kDocument, 1, ""},
-      {{"json", "fmt"}, "[1, 2", 1, ""},
-      {{"json", "get", "a"}, "", 1, ""},
-  };
-  for (const Case& c : cases) {
-    const ToolResult result = runTool(c.args, c.input);
-    EXPECT_EQ(result.status, c.status) << c.input << result.err;
-    EXPECT_EQ(result.out, c.out) << c.input;
-  }
-  EXPECT_EQ(runTool({"json", "fmt"}, "nul").err, "invalid JSON\n");
+       "[ 1, 16, \"x\xC3\xA9\" ]\n",
+       "[1, 0x10, \"x\u00e9\","},
+      {{"json", "get", "a"}, 0, "{ \"c\": null }\n", kDocument},
+      {{"json", "get", "a.c"}, 0, "null\n", kDocument},
+      {{"json", "get", "1"}, 0, "[ \"\\n\" ]\n", "[true, [\"\\n\"]]"},
+      {{"json", "get", "a.d"}, 1, "", kDocument, ""},  // no such value: nothing said,
+      {{"json", "get", "b.0"}, 1, "", kDocument, ""},
+      {{"json", "fmt"}, 1, "", "[1, 2"},
+      {{"json", "get", "a"}, 1, "", ""},
+      {{"json", "fmt"}, 1, "", "nul", "invalid JSON\n"},
+  });
 }
 
 }  // namespace

@@ -37,29 +37,25 @@ TEST(QtatoolJws, SignedBytesComeBackFromVerify) {
       runTool({"jws", "sign", "--alg", "HS256", "--secret-hex", kSecret}, payload);
   ASSERT_EQ(signedToken.status, 0) << signedToken.err;
   const std::string token = signedToken.out.substr(0, signedToken.out.size() - 1);
-  // From standard input (with its line break) and as an argument.
-  for (const ToolResult& verified :
-       {runTool({"jws", "verify", "--alg", "HS256", "--secret-hex", kSecret}, signedToken.out),
-        runTool({"jws", "verify", "--alg", "HS256", "--secret-hex", kSecret, token})}) {
-    EXPECT_EQ(verified.status, 0) << verified.err;
-    EXPECT_EQ(verified.out, payload);
-  }
-  const ToolResult header = runTool({"jws", "header", token});
-  EXPECT_EQ(header.out, "{ \"alg\": \"HS256\" }\n");
-
   std::string altered = token;
   altered[token.find('.') + 1] ^= 1;
-  for (const std::vector<std::string>& refused : std::vector<std::vector<std::string>>{
-           {"jws", "verify", "--alg", "HS256", "--secret-hex", kSecret, altered},
-           {"jws", "verify", "--alg", "HS256", "--secret-hex", "736563726575", token},
-           {"jws", "verify", "--alg", "HS384", "--secret-hex", kSecret, token},
-           {"jws", "verify", "--alg", "HS256", "--secret-hex", kSecret, "a.b"}}) {
-    const ToolResult result = runTool(refused);
-    EXPECT_EQ(result.status, 1) << refused[6];
-    EXPECT_EQ(result.err, "invalid token\n");
-    EXPECT_TRUE(result.out.empty());
-  }
-  EXPECT_EQ(runTool({"jws", "header", "bm90IGpzb24.e30.c2ln"}).status, 1);
+  const auto verify = [](const char* alg, const std::string& secret, const std::string& text) {
+    std::vector<std::string> args = {"jws", "verify", "--alg", alg, "--secret-hex", secret};
+    if (!text.empty()) args.push_back(text);
+    return args;
+  };
+  const char* refused = "invalid token\n";
+  expectRuns({
+      // From standard input (with its line break) and as an argument.
+      {verify("HS256", kSecret, ""), 0, payload, signedToken.out},
+      {verify("HS256", kSecret, token), 0, payload},
+      {{"jws", "header", token}, 0, "{ \"alg\": \"HS256\" }\n"},
+      {{"jws", "header", "bm90IGpzb24.e30.c2ln"}, 1},
+      {verify("HS256", kSecret, altered), 1, "", "", refused},
+      {verify("HS256", "736563726575", token), 1, "", "", refused},
+      {verify("HS384", kSecret, token), 1, "", "", refused},
+      {verify("HS256", kSecret, "a.b"), 1, "", "", refused},
+  });
 }
 
 TEST(QtatoolJws, PemKeysSignAndVerifyAndWrongKeysAreRefused) {
@@ -69,27 +65,28 @@ TEST(QtatoolJws, PemKeysSignAndVerifyAndWrongKeysAreRefused) {
                                           "--header", "{\"alg\":\"ES256\",\"typ\":\"JWT\"}"},
                                          "{\"sub\":\"7\"}");
   ASSERT_EQ(signedToken.status, 0) << signedToken.err;
-  const ToolResult verified =
-      runTool({"jws", "verify", "--alg", "ES256", "--key", ecPublic}, signedToken.out);
-  EXPECT_EQ(verified.out, "{\"sub\":\"7\"}");
-  const ToolResult header =
-      runTool({"jws", "header", signedToken.out.substr(0, signedToken.out.size() - 1)});
-  EXPECT_EQ(header.out, "{ \"alg\": \"ES256\", \"typ\": \"JWT\" }\n");
-
-  const ToolResult rsaSigned = runTool({"jws", "sign", "--alg", "RS256", "--key", rsaPrivate}, "x");
-  EXPECT_EQ(rsaSigned.status, 0) << rsaSigned.err;
-  EXPECT_EQ(runTool({"jws", "verify", "--alg", "RS256", "--key", rsaPublic}, rsaSigned.out).out,
-            "x");
-
-  const ToolResult wrongType = runTool({"jws", "sign", "--alg", "ES256", "--key", rsaPrivate}, "x");
-  EXPECT_EQ(wrongType.status, 1);
-  EXPECT_EQ(wrongType.err, "qtatool jws: String not valid : key type must be EC for: ES256\n");
-  const ToolResult mismatch = runTool(
-      {"jws", "sign", "--alg", "ES256", "--key", ecPrivate, "--header", "{\"alg\":\"RS256\"}"},
-      "x");
-  EXPECT_EQ(mismatch.status, 1);
-  EXPECT_NE(mismatch.err.find("alg name in JOSE header does not match key algorithm"),
-            std::string::npos);
+  const std::string rsaSigned =
+      runTool({"jws", "sign", "--alg", "RS256", "--key", rsaPrivate}, "x").out;
+  expectRuns({
+      {{"jws", "verify", "--alg", "ES256", "--key", ecPublic},
+       0,
+       "{\"sub\":\"7\"}",
+       signedToken.out},
+      {{"jws", "header", signedToken.out.substr(0, signedToken.out.size() - 1)},
+       0,
+       "{ \"alg\": \"ES256\", \"typ\": \"JWT\" }\n"},
+      {{"jws", "verify", "--alg", "RS256", "--key", rsaPublic}, 0, "x", rsaSigned},
+      {{"jws", "sign", "--alg", "ES256", "--key", rsaPrivate},
+       1,
+       "",
+       "x",
+       "qtatool jws: String not valid : key type must be EC for: ES256\n"},
+      {{"jws", "sign", "--alg", "ES256", "--key", ecPrivate, "--header", "{\"alg\":\"RS256\"}"},
+       1,
+       "",
+       "x",
+       "qtatool jws: String not valid : alg name in JOSE header does not match key algorithm\n"},
+  });
   for (const std::string& path : {ecPrivate, ecPublic, rsaPrivate, rsaPublic}) {
     std::remove(path.c_str());
   }

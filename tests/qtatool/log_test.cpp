@@ -1,41 +1,19 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
+#include "log/scratch_directory.h"
 #include "log/text_shape.h"
 #include "run_tool.h"
 
 namespace qtatooltest {
 namespace {
 
-std::string readFile(const std::filesystem::path& path) {
-  std::ifstream in(path);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using qta::testing::readFile;
 
 // Each test runs the tool in a fresh working directory, where the log files go.
-class QtatoolLog : public ::testing::Test {
- protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "qtatool-log-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    previous_ = std::filesystem::current_path();
-    std::filesystem::current_path(folder_);
-  }
-  void TearDown() override {
-    std::filesystem::current_path(previous_);
-    std::filesystem::remove_all(folder_);
-  }
-
-  std::filesystem::path folder_, previous_;
-};
+using QtatoolLog = qta::testing::ScratchDirectoryTest;
 
 TEST_F(QtatoolLog, DefaultConfigurationWritesTheFiles) {
   const ToolResult result = runTool({"log", "--default", "qta.accounting", "info", "sale 1"});

@@ -59,4 +59,18 @@ ToolResult runTool(const std::vector<std::string>& args, const std::string& inpu
   return result;
 }
 
+void expectRuns(const std::vector<ToolCase>& cases) {
+  for (const ToolCase& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.args));
+    const ToolResult result = runTool(c.args, c.input);
+    EXPECT_EQ(result.status, c.status) << result.err;
+    EXPECT_EQ(result.out, c.out);
+    if (c.err != nullptr) {
+      EXPECT_EQ(result.err, c.err);
+    } else if (c.status != 0) {
+      EXPECT_FALSE(result.err.empty());
+    }
+  }
+}
+
 }  // namespace qtatooltest

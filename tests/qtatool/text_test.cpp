@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "run_tool.h"
@@ -13,27 +12,21 @@ namespace {
 using namespace std::string_literals;
 
 TEST(QtatoolText, ConvertsAndChecksStandardInput) {
-  // Arguments, standard input, exit status and standard output.
-  const std::tuple<std::vector<std::string>, std::string, int, std::string> cases[] = {
-      {{"base64", "encode"}, "foobar", 0, "Zm9vYmFy\n"},
-      {{"base64", "encode", "--url"}, "\xFB\xFF", 0, "-_8\n"},
-      {{"base64", "encode"}, "", 0, "\n"},
-      {{"base64", "decode"}, "Zm9v\nYmFy\n", 0, "foobar"},
-      {{"base64", "decode", "--url", "-"}, "-_8", 0, "\xFB\xFF"},
-      {{"base64", "decode"}, "AAB/", 0, "\0\0\x7f"s},  // NUL bytes pass through unchanged
-      {{"utf8", "check"}, "caf\xC3\xA9", 0, ""},
-      {{"utf8", "check", "-"}, "\xC0\x80", 1, ""},
-      {{"utf8", "to-utf16"}, "\U0001F600A", 0, "D83D DE00 0041\n"},
-      {{"utf8", "to-utf32"}, "\U0001F600A", 0, "1F600 0041\n"},
-      {{"utf8", "to-utf32"}, "", 0, "\n"},
-      {{"utf16", "to-utf8", "D83D", "de00", "41"}, "", 0, "\U0001F600A"},
-      {{"utf32", "to-utf8", "E9", "110000", "0"}, "", 0, "\xC3\xA9\0"s},
-  };
-  for (const auto& [args, input, status, out] : cases) {
-    const ToolResult result = runTool(args, input);
-    EXPECT_EQ(result.status, status) << args[1] << " " << input << result.err;
-    EXPECT_EQ(result.out, out) << args[1] << " " << input;
-  }
+  expectRuns({
+      {{"base64", "encode"}, 0, "Zm9vYmFy\n", "foobar"},
+      {{"base64", "encode", "--url"}, 0, "-_8\n", "\xFB\xFF"},
+      {{"base64", "encode"}, 0, "\n", ""},
+      {{"base64", "decode"}, 0, "foobar", "Zm9v\nYmFy\n"},
+      {{"base64", "decode", "--url", "-"}, 0, "\xFB\xFF", "-_8"},
+      {{"base64", "decode"}, 0, "\0\0\x7f"s, "AAB/"},  // NUL bytes pass through unchanged
+      {{"utf8", "check"}, 0, "", "caf\xC3\xA9"},
+      {{"utf8", "check", "-"}, 1, "", "\xC0\x80"},
+      {{"utf8", "to-utf16"}, 0, "D83D DE00 0041\n", "\U0001F600A"},
+      {{"utf8", "to-utf32"}, 0, "1F600 0041\n", "\U0001F600A"},
+      {{"utf8", "to-utf32"}, 0, "\n", ""},
+      {{"utf16", "to-utf8", "D83D", "de00", "41"}, 0, "\U0001F600A"},
+      {{"utf32", "to-utf8", "E9", "110000", "0"}, 0, "\xC3\xA9\0"s},
+  });
 }
 
 // Large inputs are encoded a piece at a time: no padding may show up between

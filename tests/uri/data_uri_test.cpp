@@ -92,12 +92,8 @@ TEST(DataURI, CopiesShareOneContent) {
   const qta::URI made = qta::URI::fromData({1, 2}, "");
   const qta::URI copy = made;
   EXPECT_EQ(copy.content(), made.content());
-  EXPECT_EQ(made.mediaType(), "text/plain;charset=US-ASCII");
-  EXPECT_EQ(made.bytes(), (std::vector<uint8_t>{1, 2}));
-  const qta::URI plain("http://h/");
-  EXPECT_EQ(plain.content(), nullptr);
-  EXPECT_EQ(plain.mediaType(), "");
-  EXPECT_TRUE(plain.bytes().empty());
+  EXPECT_EQ(copy.bytes(), (std::vector<uint8_t>{1, 2}));
+  EXPECT_EQ(qta::URI("http://h/").content(), nullptr);
 }
 
 TEST(DataURI, TokensHoldNoSeparatorSpaceControlOrHighByte) {
