@@ -32,45 +32,92 @@ bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
   return false;
 }
 
+void encodeInto(const void* data, size_t size, char* out, const Alphabet& alphabet) {
+  const auto* bytes = static_cast<const uint8_t*>(data);
+  const size_t done = detail::avx2Enabled() ? base64::encodeAvx2(bytes, size, out, alphabet) : 0;
+  base64::encodeScalar(bytes + done, size - done, out + done / 3 * 4, alphabet);
+}
+
 std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
   detail::clearUpperState();
   std::string text(base64::encodedLength(size, alphabet.padded), '\0');
-  const auto* bytes = static_cast<const uint8_t*>(data);
-  const size_t done =
-      detail::avx2Enabled() ? base64::encodeAvx2(bytes, size, text.data(), alphabet) : 0;
-  base64::encodeScalar(bytes + done, size - done, text.data() + done / 3 * 4, alphabet);
+  encodeInto(data, size, text.data(), alphabet);
   return text;
 }
 
-// Decodes `size` alphabet characters into a result of type Out (std::string
-// or std::vector<uint8_t>), allocated once at its final length.
-template <typename Out>
-Out decodeKept(const char* kept, size_t size, const Alphabet& alphabet) {
-  Out out(base64::decodedLength(size), 0);
-  auto* bytes = reinterpret_cast<uint8_t*>(out.data());
-  const size_t done = detail::avx2Enabled() ? base64::decodeAvx2(kept, size, bytes, alphabet) : 0;
-  base64::decodeScalar(kept + done, size - done, bytes + done / 4 * 3, alphabet);
-  return out;
+size_t encodeTo(const void* data, size_t size, char* out, size_t capacity,
+                const Alphabet& alphabet) {
+  const size_t length = base64::encodedLength(size, alphabet.padded);
+  if (length <= capacity) {
+    detail::clearUpperState();
+    encodeInto(data, size, out, alphabet);
+  }
+  return length;
 }
 
-// The count of kept characters must be known before the result is allocated.
-// Short texts (tokens, header fields) are filtered into a stack buffer in one
-// pass. Longer text made of alphabet characters, perhaps followed by skipped
-// ones only (the usual "=" padding), is decoded in place after a scan; any
-// other is filtered into a heap copy.
+// Decodes `size` alphabet characters into decodedLength(size) bytes at `out`.
+void decodeKept(const char* kept, size_t size, void* out, const Alphabet& alphabet) {
+  auto* bytes = static_cast<uint8_t*>(out);
+  const size_t done = detail::avx2Enabled() ? base64::decodeAvx2(kept, size, bytes, alphabet) : 0;
+  base64::decodeScalar(kept + done, size - done, bytes + done / 4 * 3, alphabet);
+}
+
+// The alphabet characters of a text in one run, so that the length of the
+// result is known before anything is written. Short texts (tokens, header
+// fields) are filtered into a buffer inside the object in one pass. Longer
+// text made of alphabet characters, perhaps followed by skipped ones only
+// (the usual "=" padding), is used in place after a scan; any other is
+// filtered into a heap copy.
+class KeptChars {
+ public:
+  KeptChars(const char* text, size_t size, const Alphabet& alphabet) {
+    if (size <= kLocalScratch) {
+      data_ = local_;
+      size_ = filter(text, size, local_, alphabet);
+      return;
+    }
+    const size_t clean = firstSkipped(text, size, alphabet);
+    if (!anyKept(text + clean, size - clean, alphabet)) {
+      data_ = text;
+      size_ = clean;
+      return;
+    }
+    heap_ = std::make_unique_for_overwrite<char[]>(size + base64::kFilterSlack);
+    std::memcpy(heap_.get(), text, clean);
+    data_ = heap_.get();
+    size_ = clean + filter(text + clean, size - clean, heap_.get() + clean, alphabet);
+  }
+  KeptChars(const KeptChars&) = delete;
+  KeptChars& operator=(const KeptChars&) = delete;
+
+  const char* data() const { return data_; }
+  size_t size() const { return size_; }
+
+ private:
+  const char* data_;
+  size_t size_;
+  std::unique_ptr<char[]> heap_;
+  char local_[kLocalScratch + base64::kFilterSlack];
+};
+
+// Returns a result of type Out (std::string or std::vector<uint8_t>),
+// allocated once at its final length.
 template <typename Out>
 Out decode(const char* text, size_t size, const Alphabet& alphabet) {
   detail::clearUpperState();
-  if (size <= kLocalScratch) {
-    char scratch[kLocalScratch + base64::kFilterSlack];
-    return decodeKept<Out>(scratch, filter(text, size, scratch, alphabet), alphabet);
-  }
-  const size_t clean = firstSkipped(text, size, alphabet);
-  if (!anyKept(text + clean, size - clean, alphabet)) return decodeKept<Out>(text, clean, alphabet);
-  const auto scratch = std::make_unique_for_overwrite<char[]>(size + base64::kFilterSlack);
-  std::memcpy(scratch.get(), text, clean);
-  const size_t kept = clean + filter(text + clean, size - clean, scratch.get() + clean, alphabet);
-  return decodeKept<Out>(scratch.get(), kept, alphabet);
+  const KeptChars kept(text, size, alphabet);
+  Out out(base64::decodedLength(kept.size()), 0);
+  decodeKept(kept.data(), kept.size(), out.data(), alphabet);
+  return out;
+}
+
+size_t decodeTo(const char* text, size_t size, void* out, size_t capacity,
+                const Alphabet& alphabet) {
+  detail::clearUpperState();
+  const KeptChars kept(text, size, alphabet);
+  const size_t length = base64::decodedLength(kept.size());
+  if (length <= capacity) decodeKept(kept.data(), kept.size(), out, alphabet);
+  return length;
 }
 
 }  // namespace
@@ -97,6 +144,22 @@ std::vector<uint8_t> base64UrlDecode(const char* text, size_t size) {
 
 std::string base64UrlDecodeToString(const char* text, size_t size) {
   return decode<std::string>(text, size, base64::kUrl);
+}
+
+size_t base64EncodeTo(const void* data, size_t size, char* out, size_t capacity) {
+  return encodeTo(data, size, out, capacity, base64::kStandard);
+}
+
+size_t base64UrlEncodeTo(const void* data, size_t size, char* out, size_t capacity) {
+  return encodeTo(data, size, out, capacity, base64::kUrl);
+}
+
+size_t base64DecodeTo(const char* text, size_t size, void* out, size_t capacity) {
+  return decodeTo(text, size, out, capacity, base64::kStandard);
+}
+
+size_t base64UrlDecodeTo(const char* text, size_t size, void* out, size_t capacity) {
+  return decodeTo(text, size, out, capacity, base64::kUrl);
 }
 
 }  // namespace qta::text

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "qta/text/base64.h"
+
 namespace qta::text::base64 {
 
 // Decoding-table value of every byte outside the alphabet: the filter drops it.
@@ -96,17 +98,11 @@ static_assert(vectorTablesHold(kStandard) && vectorTablesHold(kUrl));
 
 // Characters produced for `size` bytes.
 constexpr size_t encodedLength(size_t size, bool padded) {
-  const size_t full = 4 * (size / 3);
-  const size_t rest = size % 3;
-  if (rest == 0) return full;
-  return full + (padded ? 4 : rest + 1);
+  return padded ? base64EncodedSize(size) : base64UrlEncodedSize(size);
 }
 
 // Bytes produced by `kept` alphabet characters; a final lone character gives none.
-constexpr size_t decodedLength(size_t kept) {
-  const size_t rest = kept % 4;
-  return 3 * (kept / 4) + (rest == 0 ? 0 : rest - 1);
-}
+constexpr size_t decodedLength(size_t kept) { return base64DecodedSizeMax(kept); }
 
 }  // namespace qta::text::base64
 
