@@ -6,6 +6,7 @@
 #include "text/base64_alphabet.h"
 #include "text/base64_avx2.h"
 #include "text/base64_scalar.h"
+#include "text/base64_ssse3.h"
 #include "text/cpu_features.h"
 
 namespace qta::text {
@@ -15,14 +16,32 @@ using base64::Alphabet;
 
 constexpr size_t kLocalScratch = 1024;
 
-size_t firstSkipped(const char* text, size_t size, const Alphabet& alphabet) {
-  return detail::avx2Enabled() ? base64::firstSkippedAvx2(text, size, alphabet)
-                               : base64::firstSkippedScalar(text, size, alphabet);
+// The kernels of one level. The vector ones work through whole blocks and
+// return how far they got (bytes consumed by `encode`, characters by
+// `decode`); the scalar kernels finish the rest.
+struct Kernels {
+  size_t (*encode)(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet);
+  size_t (*firstSkipped)(const char* text, size_t size, const Alphabet& alphabet);
+  size_t (*filter)(const char* text, size_t size, char* out, const Alphabet& alphabet);
+  size_t (*decode)(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet);
+};
+
+// The portable level has no block kernels: the scalar ones do everything.
+template <typename Out, typename In>
+size_t noBlocks(const In*, size_t, Out*, const Alphabet&) {
+  return 0;
 }
 
-size_t filter(const char* text, size_t size, char* out, const Alphabet& alphabet) {
-  return detail::avx2Enabled() ? base64::filterAvx2(text, size, out, alphabet)
-                               : base64::filterScalar(text, size, out, alphabet);
+constexpr Kernels kAvx2Kernels = {base64::encodeAvx2, base64::firstSkippedAvx2, base64::filterAvx2,
+                                  base64::decodeAvx2};
+constexpr Kernels kSsse3Kernels = {base64::encodeSsse3, base64::firstSkippedSsse3,
+                                   base64::filterSsse3, base64::decodeSsse3};
+constexpr Kernels kPortableKernels = {noBlocks<char, uint8_t>, base64::firstSkippedScalar,
+                                      base64::filterScalar, noBlocks<uint8_t, char>};
+
+const Kernels& kernels() {
+  if (detail::avx2Enabled()) return kAvx2Kernels;
+  return detail::ssse3Enabled() ? kSsse3Kernels : kPortableKernels;
 }
 
 bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
@@ -34,7 +53,7 @@ bool anyKept(const char* text, size_t size, const Alphabet& alphabet) {
 
 void encodeInto(const void* data, size_t size, char* out, const Alphabet& alphabet) {
   const auto* bytes = static_cast<const uint8_t*>(data);
-  const size_t done = detail::avx2Enabled() ? base64::encodeAvx2(bytes, size, out, alphabet) : 0;
+  const size_t done = kernels().encode(bytes, size, out, alphabet);
   base64::encodeScalar(bytes + done, size - done, out + done / 3 * 4, alphabet);
 }
 
@@ -58,7 +77,7 @@ size_t encodeTo(const void* data, size_t size, char* out, size_t capacity,
 // Decodes `size` alphabet characters into decodedLength(size) bytes at `out`.
 void decodeKept(const char* kept, size_t size, void* out, const Alphabet& alphabet) {
   auto* bytes = static_cast<uint8_t*>(out);
-  const size_t done = detail::avx2Enabled() ? base64::decodeAvx2(kept, size, bytes, alphabet) : 0;
+  const size_t done = kernels().decode(kept, size, bytes, alphabet);
   base64::decodeScalar(kept + done, size - done, bytes + done / 4 * 3, alphabet);
 }
 
@@ -73,10 +92,10 @@ class KeptChars {
   KeptChars(const char* text, size_t size, const Alphabet& alphabet) {
     if (size <= kLocalScratch) {
       data_ = local_;
-      size_ = filter(text, size, local_, alphabet);
+      size_ = kernels().filter(text, size, local_, alphabet);
       return;
     }
-    const size_t clean = firstSkipped(text, size, alphabet);
+    const size_t clean = kernels().firstSkipped(text, size, alphabet);
     if (!anyKept(text + clean, size - clean, alphabet)) {
       data_ = text;
       size_ = clean;
@@ -85,7 +104,7 @@ class KeptChars {
     heap_ = std::make_unique_for_overwrite<char[]>(size + base64::kFilterSlack);
     std::memcpy(heap_.get(), text, clean);
     data_ = heap_.get();
-    size_ = clean + filter(text + clean, size - clean, heap_.get() + clean, alphabet);
+    size_ = clean + kernels().filter(text + clean, size - clean, heap_.get() + clean, alphabet);
   }
   KeptChars(const KeptChars&) = delete;
   KeptChars& operator=(const KeptChars&) = delete;

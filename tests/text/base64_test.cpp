@@ -101,18 +101,39 @@ TEST(Base64, NullPointerWithZeroLengthIsEmpty) {
 }
 
 // Lengths around the vector blocks and the short-text limit, with and without
-// line breaks, on both code paths; fuzz/base64_* explore the rest.
-TEST(Base64, LongTextsMatchTheReferenceOnBothPaths) {
-  qtatest::onEachCodePath([](bool avx2) {
-    for (size_t size : {23, 24, 25, 95, 96, 97, 767, 768, 769, 3000}) {
+// line breaks, at every kernel level; fuzz/base64_* explore the rest.
+TEST(Base64, LongTextsMatchTheReferenceAtEveryLevel) {
+  qtatest::onEachVectorLevel([](qtatest::VectorLevel level) {
+    const int at = static_cast<int>(level);
+    for (size_t size : {11, 12, 15, 16, 17, 23, 24, 25, 95, 96, 97, 767, 768, 769, 3000}) {
       const std::string bytes = patternBytes(size);
       const std::string text = base64Encode(bytes);
-      ASSERT_EQ(text, base64ref::encodeStandard(bytes)) << size << avx2;
-      ASSERT_EQ(base64UrlEncode(bytes), base64ref::encodeUrl(bytes)) << size << avx2;
+      ASSERT_EQ(text, base64ref::encodeStandard(bytes)) << size << at;
+      ASSERT_EQ(base64UrlEncode(bytes), base64ref::encodeUrl(bytes)) << size << at;
       const std::string lines = withLineBreaks(text);
       for (const std::string& encoded : {text, lines, lines + "=" + text}) {
-        ASSERT_EQ(decode(encoded, false), base64ref::decodeStandard(encoded)) << size << avx2;
-        ASSERT_EQ(decode(encoded, true), base64ref::decodeUrl(encoded)) << size << avx2;
+        ASSERT_EQ(decode(encoded, false), base64ref::decodeStandard(encoded)) << size << at;
+        ASSERT_EQ(decode(encoded, true), base64ref::decodeUrl(encoded)) << size << at;
+      }
+    }
+  });
+}
+
+// Every byte value inside the vector blocks, in short text (filtered at once)
+// and in long text (scanned first), at every kernel level.
+TEST(Base64, EveryByteIsKeptOrSkippedAsTheAlphabetSays) {
+  qtatest::onEachVectorLevel([](qtatest::VectorLevel level) {
+    for (const size_t length : {40, 1100}) {
+      std::string text;
+      while (text.size() < length) text += "Zm9v+/8-_A";
+      for (int byte = 0; byte < 256; ++byte) {
+        for (const size_t at : {size_t{5}, length / 2, length - 3}) {
+          std::string marked = text;
+          marked[at] = static_cast<char>(byte);
+          ASSERT_EQ(decode(marked, false), base64ref::decodeStandard(marked))
+              << byte << " " << at << " " << static_cast<int>(level);
+          ASSERT_EQ(decode(marked, true), base64ref::decodeUrl(marked));
+        }
       }
     }
   });
@@ -122,7 +143,8 @@ TEST(Base64, LongTextsMatchTheReferenceOnBothPaths) {
 // buffer of exactly that size or of the advertised size, and writes nothing
 // into one byte less.
 TEST(Base64, CallerBufferFormsWriteWhatTheAllocatingFormsReturn) {
-  qtatest::onEachCodePath([](bool avx2) {
+  qtatest::onEachVectorLevel([](qtatest::VectorLevel level) {
+    const int at = static_cast<int>(level);
     for (size_t size : {0, 1, 2, 3, 4, 23, 24, 25, 47, 48, 49, 95, 96, 97, 769, 1000, 3001}) {
       const std::string bytes = patternBytes(size);
       for (const bool url : {false, true}) {
@@ -132,7 +154,7 @@ TEST(Base64, CallerBufferFormsWriteWhatTheAllocatingFormsReturn) {
           return url ? base64UrlEncodeTo(bytes, out, capacity)
                      : base64EncodeTo(bytes, out, capacity);
         };
-        EXPECT_EQ(writeExactly(text.size(), text.size(), encodeTo), text) << size << url << avx2;
+        EXPECT_EQ(writeExactly(text.size(), text.size(), encodeTo), text) << size << url << at;
         if (size > 0) writeExactly(text.size() - 1, text.size(), encodeTo);
 
         for (const std::string& encoded : {text, withLineBreaks(text), "=" + text + "=="}) {
@@ -143,7 +165,7 @@ TEST(Base64, CallerBufferFormsWriteWhatTheAllocatingFormsReturn) {
           };
           const size_t most = base64DecodedSizeMax(encoded.size());
           ASSERT_GE(most, decoded.size());
-          EXPECT_EQ(writeExactly(most, decoded.size(), decodeTo), decoded) << size << url << avx2;
+          EXPECT_EQ(writeExactly(most, decoded.size(), decodeTo), decoded) << size << url << at;
           EXPECT_EQ(writeExactly(decoded.size(), decoded.size(), decodeTo), decoded);
           if (size > 0) writeExactly(decoded.size() - 1, decoded.size(), decodeTo);
         }
