@@ -30,8 +30,8 @@ void checkOnePath(const uint8_t* data, size_t size) {
 
 }  // namespace
 
-// The portable or the AVX2 kernels, as the input's length picks.
+// The kernels of one level, as the input's length picks.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  qtatest::onCodePathPickedBy(size, [&](bool) { checkOnePath(data, size); });
+  qtatest::onVectorLevelPickedBy(size, [&](qtatest::VectorLevel) { checkOnePath(data, size); });
   return 0;
 }

@@ -1,6 +1,7 @@
 // base64 encoding and decoding beside OpenSSL, libb64, Boost.Beast and a plain
 // copy, at 64 B, 4 KiB and 1 MiB of random payload; "qta_dirty" rows call qta
-// after code that left the upper halves of the AVX registers dirty. Every
+// after code that left the upper halves of the AVX registers dirty, and
+// "qta_portable" rows run it with the AVX2 kernels switched off. Every
 // implementation returns its result in a new std::string, as qta's functions
 // do, so each iteration pays for one allocation everywhere. Bytes processed
 // count each implementation's own input (bytes for encoding, text for decoding).
@@ -13,6 +14,7 @@
 
 #include "bench_support.h"
 #include "qta/text/base64.h"
+#include "text/cpu_features.h"
 
 #ifdef QTA_HAVE_OPENSSL
 #include <openssl/evp.h>
@@ -34,6 +36,7 @@ using Codec = std::string (*)(const std::string& input);
 struct Impl {
   const char* name;
   Codec run;
+  bool avx2 = true;  // false: qta runs its portable kernels
 };
 
 std::string copyBytes(const std::string& input) { return std::string(input); }
@@ -150,11 +153,13 @@ void registerGroup(const std::string& group, size_t size,
                    const std::vector<std::pair<Impl, std::string>>& runs) {
   for (const auto& [impl, input] : runs) {
     const std::string name = group + "/" + std::to_string(size) + "/" + impl.name;
-    benchmark::RegisterBenchmark(name.c_str(), [run = impl.run, input](benchmark::State& state) {
+    benchmark::RegisterBenchmark(name.c_str(), [impl, input](benchmark::State& state) {
+      qta::text::detail::setAvx2Enabled(impl.avx2);
       for (auto _ : state) {
-        std::string out = run(input);
+        std::string out = impl.run(input);
         benchmark::DoNotOptimize(out.data());
       }
+      qta::text::detail::setAvx2Enabled(true);
       state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * input.size()));
     });
   }
@@ -168,13 +173,18 @@ bool registerAll() {
     const std::string lines = withLineBreaks(text);
 
     std::vector<std::pair<Impl, std::string>> encode = {
-        {{"qta", qtaEncode}, bytes}, {{"qta_dirty", afterDirtyState<qtaEncode>}, bytes}};
+        {{"qta", qtaEncode}, bytes},
+        {{"qta_dirty", afterDirtyState<qtaEncode>}, bytes},
+        {{"qta_portable", qtaEncode, false}, bytes}};
     std::vector<std::pair<Impl, std::string>> decode = {
         {{"qta", qtaDecode}, text},
         {{"qta_dirty", afterDirtyState<qtaDecode>}, text},
+        {{"qta_portable", qtaDecode, false}, text},
         {{"qta_vector", qtaDecodeVector}, text}};
     std::vector<std::pair<Impl, std::string>> decodeLines = {
-        {{"qta", qtaDecode}, lines}, {{"qta_dirty", afterDirtyState<qtaDecode>}, lines}};
+        {{"qta", qtaDecode}, lines},
+        {{"qta_dirty", afterDirtyState<qtaDecode>}, lines},
+        {{"qta_portable", qtaDecode, false}, lines}};
 #ifdef QTA_HAVE_OPENSSL
     encode.push_back({{"openssl", opensslEncode}, bytes});
     decode.push_back({{"openssl", opensslDecode}, text});

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "qta/text/base64.h"
+
 namespace qta::text::base64 {
 
 // Decoding-table value of every byte outside the alphabet: the filter drops it.
@@ -20,8 +22,8 @@ struct Alphabet {
   std::array<uint8_t, 256> decode;
   bool padded;  // the encoder appends "=" up to a multiple of 4 characters
 
-  // Vector encoding: a 6-bit value v is classified into a slot (0: 26-51,
-  // 1-10: 52-61, 11: 62, 12: 63, 13: 0-25) and encodeShift[slot] is added.
+  // Vector encoding: a 6-bit value v is classified into a slot (0: 0-25,
+  // 1: 26-51, 2-11: 52-61, 12: 62, 13: 63) and encodeShift[slot] is added.
   std::array<int8_t, 16> encodeShift;
   // Vector decoding: decodeShift[high nibble] is added to a character; the
   // character for 63 shares its high nibble with others and uses slot 1.
@@ -45,12 +47,12 @@ constexpr Alphabet makeAlphabet(const char (&chars)[65], bool padded) {
   }
   alphabet.padded = padded;
 
-  alphabet.encodeShift[0] = static_cast<int8_t>(chars[26] - 26);
-  for (int slot = 1; slot <= 10; ++slot)
+  alphabet.encodeShift[0] = static_cast<int8_t>(chars[0]);
+  alphabet.encodeShift[1] = static_cast<int8_t>(chars[26] - 26);
+  for (int slot = 2; slot <= 11; ++slot)
     alphabet.encodeShift[slot] = static_cast<int8_t>(chars[52] - 52);
-  alphabet.encodeShift[11] = static_cast<int8_t>(chars[62] - 62);
-  alphabet.encodeShift[12] = static_cast<int8_t>(chars[63] - 63);
-  alphabet.encodeShift[13] = static_cast<int8_t>(chars[0]);
+  alphabet.encodeShift[12] = static_cast<int8_t>(chars[62] - 62);
+  alphabet.encodeShift[13] = static_cast<int8_t>(chars[63] - 63);
 
   for (int value = 0; value < 63; ++value) {
     alphabet.decodeShift[chars[value] >> 4] = static_cast<int8_t>(value - chars[value]);
@@ -81,7 +83,7 @@ constexpr bool vectorTablesHold(const Alphabet& alphabet) {
     if (byte + alphabet.decodeShift[slot] != value) return false;
   }
   for (int value = 0; value < 64; ++value) {
-    const int slot = value < 26 ? 13 : value < 52 ? 0 : value - 51;
+    const int slot = value < 26 ? 0 : value < 52 ? 1 : value - 50;
     if (value + alphabet.encodeShift[slot] != alphabet.encode[value]) return false;
   }
   return true;
@@ -96,17 +98,11 @@ static_assert(vectorTablesHold(kStandard) && vectorTablesHold(kUrl));
 
 // Characters produced for `size` bytes.
 constexpr size_t encodedLength(size_t size, bool padded) {
-  const size_t full = 4 * (size / 3);
-  const size_t rest = size % 3;
-  if (rest == 0) return full;
-  return full + (padded ? 4 : rest + 1);
+  return padded ? base64EncodedSize(size) : base64UrlEncodedSize(size);
 }
 
 // Bytes produced by `kept` alphabet characters; a final lone character gives none.
-constexpr size_t decodedLength(size_t kept) {
-  const size_t rest = kept % 4;
-  return 3 * (kept / 4) + (rest == 0 ? 0 : rest - 1);
-}
+constexpr size_t decodedLength(size_t kept) { return base64DecodedSizeMax(kept); }
 
 }  // namespace qta::text::base64
 

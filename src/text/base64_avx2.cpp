@@ -3,11 +3,11 @@
 #include <immintrin.h>
 
 #include <algorithm>
-#include <array>
 
+#include "text/base64_compress.h"
 #include "text/base64_scalar.h"
 
-#define QTA_AVX2 __attribute__((target("avx2,popcnt")))
+#define QTA_AVX2 __attribute__((target("avx2")))
 // The kernels start on a cache line of their own, so that where the linker
 // happens to place them cannot shift their loops across line boundaries: the
 // filter loop ran 5 to 10% slower at an unlucky offset.
@@ -37,11 +37,12 @@ QTA_AVX2 __m256i splitGroups(const uint8_t* in) {
   return _mm256_or_si256(first, second);
 }
 
-// 6-bit values to characters through the alphabet's slot shifts.
+// 6-bit values to characters through the alphabet's slot shifts: values
+// above 51 count up from slot 2, and those above 25 gain 1 (the comparison
+// gives -1).
 QTA_AVX2 __m256i valuesToChars(__m256i values, __m256i shift) {
-  __m256i slot = _mm256_subs_epu8(values, _mm256_set1_epi8(51));
-  const __m256i letterAZ = _mm256_cmpgt_epi8(_mm256_set1_epi8(26), values);
-  slot = _mm256_or_si256(slot, _mm256_and_si256(letterAZ, _mm256_set1_epi8(13)));
+  const __m256i slot = _mm256_sub_epi8(_mm256_subs_epu8(values, _mm256_set1_epi8(51)),
+                                       _mm256_cmpgt_epi8(values, _mm256_set1_epi8(25)));
   return _mm256_add_epi8(values, _mm256_shuffle_epi8(shift, slot));
 }
 
@@ -68,37 +69,6 @@ QTA_AVX2 __m256i skippedBytes(__m256i chars, const SkipTables& tables) {
 QTA_AVX2 uint32_t keptMask(__m256i chars, const SkipTables& tables) {
   return static_cast<uint32_t>(
       _mm256_movemask_epi8(_mm256_cmpeq_epi8(skippedBytes(chars, tables), _mm256_setzero_si256())));
-}
-
-// kCompress[m] moves the bytes of an 8-byte chunk whose bits are set in m to
-// its front, in order.
-constexpr std::array<std::array<uint8_t, 8>, 256> makeCompressTable() {
-  std::array<std::array<uint8_t, 8>, 256> table{};
-  for (int mask = 0; mask < 256; ++mask) {
-    int next = 0;
-    for (int bit = 0; bit < 8; ++bit) {
-      if (mask & (1 << bit)) table[mask][next++] = static_cast<uint8_t>(bit);
-    }
-  }
-  return table;
-}
-constexpr auto kCompress = makeCompressTable();
-
-// Appends the kept bytes of 16 characters at out + kept; returns the new count.
-// Each 8-byte store may write up to 8 bytes past the new count.
-QTA_AVX2 size_t compress16(__m128i chars, uint32_t mask, char* out, size_t kept) {
-  const uint32_t lowMask = mask & 0xff;
-  const uint32_t highMask = (mask >> 8) & 0xff;
-  const __m128i order = _mm_add_epi8(
-      _mm_unpacklo_epi64(
-          _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kCompress[lowMask].data())),
-          _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kCompress[highMask].data()))),
-      _mm_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 8, 8, 8, 8, 8, 8, 8, 8));
-  const __m128i packed = _mm_shuffle_epi8(chars, order);
-  _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), packed);
-  kept += static_cast<size_t>(__builtin_popcount(lowMask));
-  _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), _mm_unpackhi_epi64(packed, packed));
-  return kept + static_cast<size_t>(__builtin_popcount(highMask));
 }
 
 // 32 alphabet characters to 24 bytes, in the low 24 bytes of the result.

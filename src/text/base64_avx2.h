@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "text/base64_alphabet.h"
+#include "text/base64_compress.h"
 
 namespace qta::text::base64 {
 
@@ -18,9 +19,6 @@ size_t encodeAvx2(const uint8_t* in, size_t size, char* out, const Alphabet& alp
 
 // Index of the first byte of `text` outside the alphabet, or `size` if none.
 size_t firstSkippedAvx2(const char* text, size_t size, const Alphabet& alphabet);
-
-// Room past `size` bytes that filterAvx2 may write to (with bytes of no value).
-inline constexpr size_t kFilterSlack = 32;
 
 // Copies the alphabet characters of `text` to `out` (room for
 // size + kFilterSlack bytes); returns how many were copied.

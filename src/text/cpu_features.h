@@ -1,8 +1,9 @@
 // Which vector kernels the text codecs run, and the vector state they start in.
 //
 // The AVX2 kernels run when the processor reports AVX2 and the switch is on
-// (the default); tests and fuzz harnesses switch it off to run the portable
-// code on the same inputs. The processor is asked once, on first use, so
+// (the default); below them, kernels that need SSSE3 run when the processor
+// has it. Tests and fuzz harnesses cap the level to run the lower kernels on
+// the same inputs. The processor is asked once, on first use, so
 // callers during static initialisation get the right answer too. The state is
 // one relaxed atomic word: safe to read from any thread; the switch is meant
 // to be flipped only while no conversion is running.
@@ -17,6 +18,7 @@ namespace qta::text::detail {
 inline constexpr unsigned kFeaturesKnown = 1;
 inline constexpr unsigned kHasAvx = 2;
 inline constexpr unsigned kUseAvx2 = 4;
+inline constexpr unsigned kUseSsse3 = 8;
 
 extern std::atomic<unsigned> vectorFeatureWord;
 
@@ -30,7 +32,16 @@ inline unsigned vectorFeatures() {
 
 inline bool avx2Enabled() { return (vectorFeatures() & kUseAvx2) != 0; }
 
-// Turning AVX2 on has no effect on a processor without it.
+inline bool ssse3Enabled() { return (vectorFeatures() & kUseSsse3) != 0; }
+
+// The kernel levels, lowest first: plain SSE2 code, SSSE3, AVX2.
+enum class VectorLevel { kSse2, kSsse3, kAvx2 };
+
+// Runs no kernel above `level`; a level the processor lacks stays off.
+void setVectorLevel(VectorLevel level);
+
+// Off caps the level at SSSE3; turning AVX2 on has no effect on a processor
+// without it.
 void setAvx2Enabled(bool enabled);
 
 // The kernels other than the AVX2 ones are SSE code without VEX encoding. When
