@@ -8,6 +8,7 @@ unsigned processorFeatures() {
   unsigned features = kFeaturesKnown;
   if (__builtin_cpu_supports("avx")) features |= kHasAvx;
   if (__builtin_cpu_supports("avx2")) features |= kUseAvx2;
+  if (__builtin_cpu_supports("ssse3")) features |= kUseSsse3;
   return features;
 }
 
@@ -22,9 +23,15 @@ unsigned detectVectorFeatures() {
   return features;
 }
 
+void setVectorLevel(VectorLevel highest) {
+  unsigned features = processorFeatures();
+  if (highest < VectorLevel::kAvx2) features &= ~kUseAvx2;
+  if (highest < VectorLevel::kSsse3) features &= ~kUseSsse3;
+  vectorFeatureWord.store(features, std::memory_order_relaxed);
+}
+
 void setAvx2Enabled(bool enabled) {
-  const unsigned features = processorFeatures();
-  vectorFeatureWord.store(enabled ? features : features & ~kUseAvx2, std::memory_order_relaxed);
+  setVectorLevel(enabled ? VectorLevel::kAvx2 : VectorLevel::kSsse3);
 }
 
 }  // namespace qta::text::detail

@@ -1,11 +1,12 @@
 // Which vector kernels the text codecs run, and the vector state they start in.
 //
-// The AVX2 kernels run when the processor reports AVX2 and the switch is on
-// (the default); tests and fuzz harnesses switch it off to run the portable
-// code on the same inputs. The processor is asked once, on first use, so
-// callers during static initialisation get the right answer too. The state is
-// one relaxed atomic word: safe to read from any thread; the switch is meant
-// to be flipped only while no conversion is running.
+// The kernels of each instruction set (SSSE3, AVX2) run when the processor
+// reports it and the switch allows it (by default everything the processor
+// has); tests and fuzz harnesses lower the switch to run the kernels below on
+// the same inputs. Plain SSE2 code runs on every x86-64. The processor is asked once, on first use,
+// so callers during static initialisation get the right answer too. The state is one relaxed atomic
+// word: safe to read from any thread; the switch is meant to be flipped only while no conversion is
+// running.
 #ifndef QTA_TEXT_CPU_FEATURES_H_
 #define QTA_TEXT_CPU_FEATURES_H_
 
@@ -17,6 +18,10 @@ namespace qta::text::detail {
 inline constexpr unsigned kFeaturesKnown = 1;
 inline constexpr unsigned kHasAvx = 2;
 inline constexpr unsigned kUseAvx2 = 4;
+inline constexpr unsigned kUseSsse3 = 8;
+
+// The instruction sets whose kernels may run, each including those before it.
+enum class VectorLevel { kSse2, kSsse3, kAvx2 };
 
 extern std::atomic<unsigned> vectorFeatureWord;
 
@@ -29,8 +34,13 @@ inline unsigned vectorFeatures() {
 }
 
 inline bool avx2Enabled() { return (vectorFeatures() & kUseAvx2) != 0; }
+inline bool ssse3Enabled() { return (vectorFeatures() & kUseSsse3) != 0; }
 
-// Turning AVX2 on has no effect on a processor without it.
+// Allows the kernels up to `highest` that the processor has.
+void setVectorLevel(VectorLevel highest);
+
+// Switches between the highest level and the one below AVX2. Turning AVX2 on
+// has no effect on a processor without it.
 void setAvx2Enabled(bool enabled);
 
 // The kernels other than the AVX2 ones are SSE code without VEX encoding. When
