@@ -21,7 +21,7 @@ struct Avx2Vectors {
     return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t.data())));
   }
   QTA_UTF8_KERNEL static V lookup(V t, V index) { return _mm256_shuffle_epi8(t, index); }
-  QTA_UTF8_KERNEL static V highNibbles(V v) { return _mm256_srli_epi16(v, 4) & splat(0x0F); }
+  QTA_UTF8_KERNEL static V highNibbles(V v) { return _mm256_srli_epi16(v, 4); }
   QTA_UTF8_KERNEL static V subSaturated(V a, V b) { return _mm256_subs_epu8(a, b); }
   // The byte shift works within 16-byte halves, so the high half takes its
   // first bytes from the end of the low half.

@@ -14,7 +14,7 @@
 //
 // Each kernel file defines QTA_UTF8_KERNEL_TARGET (the instruction sets of its
 // kernel, as for the target attribute), includes this header and supplies a
-// struct of vector operations (listed before blockErrors) whose functions are
+// struct of vector operations (listed before BlockJudge) whose functions are
 // declared QTA_UTF8_KERNEL. Everything here has internal linkage, so each
 // kernel gets its own copy compiled for its instruction set.
 #ifndef QTA_TEXT_UTF8_VALIDATE_BLOCKS_H_
@@ -113,30 +113,44 @@ constexpr std::array<uint8_t, 64> kFinalLimits = makeFinalLimits();
 //   load(p)               kSize bytes from p
 //   splat(b), table(t)    b in every lane; t in every 16-byte part
 //   lookup(t, i)          t[i] in each 16-byte part (i below 16)
-//   highNibbles(v)        each byte shifted right by 4
+//   highNibbles(v)        each byte's high nibble in its low bits, with
+//                         other bits above that the caller masks off
 //   subSaturated(a, b)    a - b per byte, at least 0
 //   shiftedIn<n>(v)       v moved up by n bytes, zeros shifted in
 //   anyHigh(v), anySet(v) a lane has bit 7 / any bit set
 // plus & and | on V.
 
-// Error bits of the block `current`, given the same block shifted by one, two
-// and three bytes (the bytes before each position).
-template <typename Vec, typename V = typename Vec::V>
-QTA_UTF8_KERNEL V blockErrors(V current, V before1, V before2, V before3) {
-  const V lowNibble = Vec::splat(0x0F);
-  const V pair = Vec::lookup(Vec::table(kFirstHigh), Vec::highNibbles(before1)) &
-                 Vec::lookup(Vec::table(kFirstLow), before1 & lowNibble) &
-                 Vec::lookup(Vec::table(kSecondHigh), Vec::highNibbles(current));
-  const V continuationRequired = Vec::subSaturated(before2, Vec::splat(kThreeByteLeadBias)) |
-                                 Vec::subSaturated(before3, Vec::splat(kFourByteLeadBias));
-  return pair & (continuationRequired | Vec::splat(static_cast<uint8_t>(~kNotContinuation)));
-}
+// The judge of blocks, with its constants in registers for the whole check.
+template <typename Vec>
+struct BlockJudge {
+  using V = typename Vec::V;
+  V firstHigh, firstLow, secondHigh, lowNibble, threeByteLead, fourByteLead, errorBits;
 
-// The errors of the block at `p`, whose three bytes before are readable.
-template <typename Vec, typename V = typename Vec::V>
-QTA_UTF8_KERNEL V errorsAt(const uint8_t* p, V current) {
-  return blockErrors<Vec>(current, Vec::load(p - 1), Vec::load(p - 2), Vec::load(p - 3));
-}
+  QTA_UTF8_KERNEL BlockJudge()
+      : firstHigh(Vec::table(kFirstHigh)),
+        firstLow(Vec::table(kFirstLow)),
+        secondHigh(Vec::table(kSecondHigh)),
+        lowNibble(Vec::splat(0x0F)),
+        threeByteLead(Vec::splat(kThreeByteLeadBias)),
+        fourByteLead(Vec::splat(kFourByteLeadBias)),
+        errorBits(Vec::splat(static_cast<uint8_t>(~kNotContinuation))) {}
+
+  // Error bits of the block `current`, given the same block shifted by one,
+  // two and three bytes (the bytes before each position).
+  QTA_UTF8_KERNEL V errors(V current, V before1, V before2, V before3) const {
+    const V pair = Vec::lookup(firstHigh, Vec::highNibbles(before1) & lowNibble) &
+                   Vec::lookup(firstLow, before1 & lowNibble) &
+                   Vec::lookup(secondHigh, Vec::highNibbles(current) & lowNibble);
+    const V continuationRequired =
+        Vec::subSaturated(before2, threeByteLead) | Vec::subSaturated(before3, fourByteLead);
+    return pair & (continuationRequired | errorBits);
+  }
+
+  // The errors of the block at `p`, whose three bytes before are readable.
+  QTA_UTF8_KERNEL V errorsAt(const uint8_t* p, V current) const {
+    return errors(current, Vec::load(p - 1), Vec::load(p - 2), Vec::load(p - 3));
+  }
+};
 
 // Nonzero when the block ends in a lead byte whose sequence would go past it.
 template <typename Vec, typename V = typename Vec::V>
@@ -157,7 +171,7 @@ struct Vectors16 {
   QTA_UTF8_KERNEL static V splat(uint8_t b) { return _mm_set1_epi8(static_cast<char>(b)); }
   QTA_UTF8_KERNEL static V table(const NibbleTable& t) { return load(t.data()); }
   QTA_UTF8_KERNEL static V lookup(V t, V index) { return _mm_shuffle_epi8(t, index); }
-  QTA_UTF8_KERNEL static V highNibbles(V v) { return _mm_srli_epi16(v, 4) & splat(0x0F); }
+  QTA_UTF8_KERNEL static V highNibbles(V v) { return _mm_srli_epi16(v, 4); }
   QTA_UTF8_KERNEL static V subSaturated(V a, V b) { return _mm_subs_epu8(a, b); }
   template <int n>
   QTA_UTF8_KERNEL static V shiftedIn(V v) {
@@ -177,7 +191,8 @@ QTA_UTF8_KERNEL bool asciiRun(const uint8_t* p) {
   return !Vec::anyHigh(any);
 }
 
-// The check of a text of at least a vector and three bytes. Runs of 64 ASCII
+// The check of a text of exactly a vector, or of at least a vector and three
+// bytes (so that the bytes before the final vector can be loaded). Runs of 64 ASCII
 // bytes are passed over after one test; other runs are judged vector by
 // vector, with the bytes before each vector loaded again from memory (cheaper
 // than moving them over from the vector before). A run that ends in a lead
@@ -189,28 +204,38 @@ QTA_UTF8_KERNEL bool validUtf8Blocks(const uint8_t* text, size_t size) {
   using V = typename Vec::V;
   constexpr size_t kSize = Vec::kSize;
   constexpr size_t kRun = 64;
+  constexpr size_t kPerRun = kRun / kSize;
+  const BlockJudge<Vec> judge;
   const uint8_t* p = text;
   const uint8_t* const end = text + size;
   const V first = Vec::load(p);
-  V errors = blockErrors<Vec>(first, Vec::template shiftedIn<1>(first),
-                              Vec::template shiftedIn<2>(first), Vec::template shiftedIn<3>(first));
+  V errors{};
+  if (Vec::anyHigh(first)) {
+    errors = judge.errors(first, Vec::template shiftedIn<1>(first),
+                          Vec::template shiftedIn<2>(first), Vec::template shiftedIn<3>(first));
+  }
   bool leadGoesOn = Vec::anySet(unfinishedAtEnd<Vec>(first));
-  for (p += kSize; static_cast<size_t>(end - p) >= kRun; p += kRun) {
-    if (asciiRun<Vec>(p)) {
+  p += kSize;
+  const uint8_t* const runsEnd = p + static_cast<size_t>(end - p) / kRun * kRun;
+  for (; p != runsEnd; p += kRun) {
+    V run[kPerRun];
+    V any = run[0] = Vec::load(p);
+    for (size_t i = 1; i < kPerRun; ++i) any = any | (run[i] = Vec::load(p + i * kSize));
+    if (!Vec::anyHigh(any)) {
       if (leadGoesOn) return false;
+      // The ASCII runs that follow, in a loop of their own.
+      while (p + kRun != runsEnd && asciiRun<Vec>(p + kRun)) p += kRun;
       continue;
     }
-    for (size_t at = 0; at < kRun; at += kSize) {
-      errors = errors | errorsAt<Vec>(p + at, Vec::load(p + at));
-    }
+    for (size_t i = 0; i < kPerRun; ++i) errors = errors | judge.errorsAt(p + i * kSize, run[i]);
     if (Vec::anySet(errors)) return false;
-    leadGoesOn = Vec::anySet(unfinishedAtEnd<Vec>(Vec::load(p + kRun - kSize)));
+    leadGoesOn = Vec::anySet(unfinishedAtEnd<Vec>(run[kPerRun - 1]));
   }
   for (; static_cast<size_t>(end - p) >= kSize; p += kSize) {
-    errors = errors | errorsAt<Vec>(p, Vec::load(p));
+    errors = errors | judge.errorsAt(p, Vec::load(p));
   }
   const V last = Vec::load(end - kSize);
-  if (p != end) errors = errors | errorsAt<Vec>(end - kSize, last);
+  if (p != end) errors = errors | judge.errorsAt(end - kSize, last);
   return !Vec::anySet(errors | unfinishedAtEnd<Vec>(last));
 }
 
@@ -219,8 +244,10 @@ QTA_UTF8_KERNEL bool validUtf8Blocks(const uint8_t* text, size_t size) {
 // sequence reader.
 template <typename Vec>
 QTA_UTF8_KERNEL bool validUtf8Vectors(const uint8_t* text, size_t size) {
-  if (size >= Vec::kSize + 3) return validUtf8Blocks<Vec>(text, size);
-  if (size >= Vectors16::kSize + 3) return validUtf8Blocks<Vectors16>(text, size);
+  if (size >= Vec::kSize + 3 || size == Vec::kSize) return validUtf8Blocks<Vec>(text, size);
+  if (size >= Vectors16::kSize + 3 || size == Vectors16::kSize) {
+    return validUtf8Blocks<Vectors16>(text, size);
+  }
   const uint8_t* const end = text + size;
   if (size >= 16 && !Vectors16::anyHigh(Vectors16::load(text) | Vectors16::load(end - 16))) {
     return true;
