@@ -239,20 +239,32 @@ QTA_UTF8_KERNEL bool validUtf8Blocks(const uint8_t* text, size_t size) {
   return !Vec::anySet(errors | unfinishedAtEnd<Vec>(last));
 }
 
-// The whole check: texts too short for the kernel's vectors with 16-byte
-// vectors, and those too short for these with a test for ASCII and then the
-// sequence reader.
+// Texts from 16 bytes up to this size are first tested for ASCII as a whole.
+// Most short texts (keys, names, single words) are ASCII, and that test costs
+// less than judging a single vector; above it the ASCII runs are passed over
+// by the blocks' own test.
+constexpr size_t kShortText = 64;
+
+// True when the `size` bytes at `text`, 16 to kShortText of them, are ASCII.
+QTA_UTF8_KERNEL bool asciiShortText(const uint8_t* text, size_t size) {
+  auto any = Vectors16::load(text + size - Vectors16::kSize);
+  for (size_t at = 0; at + Vectors16::kSize < size; at += Vectors16::kSize) {
+    any = any | Vectors16::load(text + at);
+  }
+  return !Vectors16::anyHigh(any);
+}
+
+// The whole check: short ASCII texts after one test, texts too short for the
+// kernel's vectors with 16-byte vectors, and those too short for these with
+// the sequence reader.
 template <typename Vec>
 QTA_UTF8_KERNEL bool validUtf8Vectors(const uint8_t* text, size_t size) {
+  if (size >= Vectors16::kSize && size < kShortText && asciiShortText(text, size)) return true;
   if (size >= Vec::kSize + 3 || size == Vec::kSize) return validUtf8Blocks<Vec>(text, size);
   if (size >= Vectors16::kSize + 3 || size == Vectors16::kSize) {
     return validUtf8Blocks<Vectors16>(text, size);
   }
-  const uint8_t* const end = text + size;
-  if (size >= 16 && !Vectors16::anyHigh(Vectors16::load(text) | Vectors16::load(end - 16))) {
-    return true;
-  }
-  return validSequences(text, end);
+  return validSequences(text, text + size);
 }
 
 }  // namespace

@@ -72,7 +72,7 @@ TEST(Utf8Validate, FourBytesAtEveryPlaceOfLongerTexts) {
       expected.push_back(unicoderef::isValidUtf8(window.substr(0, kept)));
     }
   }
-  for (const size_t length : {18, 19, 34, 35, 67, 68, 134, 160}) {
+  for (const size_t length : {18, 19, 34, 35, 63, 64, 67, 68, 134, 160}) {
     const auto text = std::make_unique<char[]>(length);
     qtatest::onEachVectorLevel([&](qtatest::VectorLevel level) {
       for (size_t at = 0; at < length; ++at) {
