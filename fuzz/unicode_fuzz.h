@@ -25,8 +25,8 @@ inline void require(const std::string& problem) {
 // naming the path, when it reports a problem.
 template <typename Check>
 void requireOnPickedPath(size_t size, Check check) {
-  qtatest::onCodePathPickedBy(size,
-                              [&](bool avx2) { require(unicoderef::namingPath(check(), avx2)); });
+  qtatest::onVectorLevelPickedBy(
+      size, [&](qtatest::VectorLevel level) { require(unicoderef::namingPath(check(), level)); });
 }
 
 // Reinterprets raw fuzz bytes as units of `Unit` (a trailing partial unit is dropped).

@@ -5,7 +5,8 @@
 // registers dirty, which must cost nothing extra. Converters write into a
 // buffer allocated once per benchmark, except glib's, which only return newly
 // allocated strings. Bytes processed are the UTF-8 size of the corpus in every
-// direction, so the MB/s of one corpus compare across directions.
+// direction, so the MB/s of one corpus compare across directions. The
+// validity check is measured on the portable path (AVX2 switched off) too.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 
@@ -18,6 +19,7 @@
 
 #include "bench_support.h"
 #include "qta/text/unicode.h"
+#include "text/cpu_features.h"
 
 #ifdef QTA_HAVE_ICU
 #include <unicode/ustring.h>
@@ -211,11 +213,17 @@ void registerConversion(const std::string& group, const std::string& corpus,
   });
 }
 
+// The validity check beside its peers, in the group "utf8_validate/<corpus>"
+// with every kernel the processor has, and again beside ICU in
+// "utf8_validate_portable/<corpus>" with the AVX2 kernels switched off: the
+// path of processors without AVX2.
 void registerValidation(const std::string& corpus, const std::string& input) {
   std::vector<std::pair<const char*, Validator>> impls = {{"qta", qtaValid},
                                                           {"qta_dirty", qtaValidDirty}};
+  std::vector<std::pair<const char*, Validator>> portable = impls;
 #ifdef QTA_HAVE_ICU
   impls.push_back({"icu", icuValid});
+  portable.push_back({"icu", icuValid});
 #endif
 #ifdef QTA_HAVE_UTFCPP
   impls.push_back({"utfcpp", utfcppValid});
@@ -223,13 +231,19 @@ void registerValidation(const std::string& corpus, const std::string& input) {
 #ifdef QTA_HAVE_GLIB
   impls.push_back({"glib", glibValid});
 #endif
-  for (const auto& [name, run] : impls) {
-    const std::string full = "utf8_validate/" + corpus + "/" + name;
-    benchmark::RegisterBenchmark(full.c_str(), [input, run = run](benchmark::State& state) {
-      for (auto _ : state) benchmark::DoNotOptimize(run(input));
-      state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * input.size()));
-    });
-  }
+  const auto registerGroup = [&](const std::string& group, const auto& validators, bool avx2) {
+    for (const auto& [name, run] : validators) {
+      const std::string full = group + "/" + corpus + "/" + name;
+      benchmark::RegisterBenchmark(full.c_str(), [input, run = run, avx2](benchmark::State& state) {
+        qta::text::detail::setAvx2Enabled(avx2);
+        for (auto _ : state) benchmark::DoNotOptimize(run(input));
+        qta::text::detail::setAvx2Enabled(true);
+        state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * input.size()));
+      });
+    }
+  };
+  registerGroup("utf8_validate", impls, true);
+  registerGroup("utf8_validate_portable", portable, false);
 }
 
 void registerCorpus(const std::string& corpus, const std::string& utf8) {

@@ -1,4 +1,6 @@
-// The UTF-8 validity check.
+// The UTF-8 validity check: the vector kernel of the highest instruction set
+// allowed (utf8_validate_blocks.h), or on processors without SSSE3 the SSE2
+// code below.
 //
 // Whether a lead byte is acceptable depends only on it and the three bytes after
 // it, and continuation bytes are never wrong on their own (a stray one is passed
@@ -6,6 +8,7 @@
 // loads, without tracking where sequences start.
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
+#include "text/utf8_validate_kernels.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -40,10 +43,7 @@ inline __m128i blockErrors(const uint8_t* p, __m128i b0) {
   return errors;
 }
 
-}  // namespace
-
-bool isValidUtf8(std::string_view src) {
-  detail::clearUpperState();
+bool validUtf8Sse2(std::string_view src) {
   const auto* p = reinterpret_cast<const uint8_t*>(src.data());
   const uint8_t* end = p + src.size();
   const auto blockIsValid = [](const uint8_t* at) {
@@ -59,16 +59,17 @@ bool isValidUtf8(std::string_view src) {
     if (!blockIsValid(end - (kBlock + 3))) return false;
     p = end - 3;
   }
-  while (p < end) {
-    if (*p < 0xC0) {  // ASCII or a stray continuation byte
-      ++p;
-      continue;
-    }
-    const detail::Decoded seq = detail::decodeSequence(p, end);
-    if (!seq.valid) return false;
-    p += seq.length;
-  }
-  return true;
+  return detail::validSequences(p, end);
+}
+
+}  // namespace
+
+bool isValidUtf8(std::string_view src) {
+  const auto* text = reinterpret_cast<const uint8_t*>(src.data());
+  if (detail::avx2Enabled()) return detail::validUtf8Avx2(text, src.size());
+  detail::clearUpperState();
+  if (detail::ssse3Enabled()) return detail::validUtf8Ssse3(text, src.size());
+  return validUtf8Sse2(src);
 }
 
 }  // namespace qta::text

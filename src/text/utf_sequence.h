@@ -110,6 +110,21 @@ struct Decoded {
   return {0, 1, false};
 }
 
+// True when every lead byte from `p` to `end` starts a valid sequence; stray
+// continuation bytes are passed over.
+inline bool validSequences(const uint8_t* p, const uint8_t* end) {
+  while (p < end) {
+    if (*p < 0xC0) {  // ASCII or a stray continuation byte
+      ++p;
+      continue;
+    }
+    const Decoded seq = decodeSequence(p, end);
+    if (!seq.valid) return false;
+    p += seq.length;
+  }
+  return true;
+}
+
 }  // namespace qta::text::detail
 
 #endif  // QTA_TEXT_UTF_SEQUENCE_H_

@@ -1,9 +1,11 @@
-// Runs a check on each code path of the text codecs: the portable kernels
-// and the AVX2 ones (where the processor has them), or each kernel level.
+// Runs a check on the code paths of the text codecs: the portable kernels and
+// the AVX2 ones (where the processor has them), or on every instruction-set
+// level the Unicode kernels have.
 #ifndef QTA_TESTS_TEXT_CODE_PATHS_H_
 #define QTA_TESTS_TEXT_CODE_PATHS_H_
 
 #include <cstddef>
+#include <iterator>
 
 #include "text/cpu_features.h"
 
@@ -32,22 +34,36 @@ void onCodePathPickedBy(size_t selector, Run run) {
 
 using qta::text::detail::VectorLevel;
 
-// Calls run(level) at each kernel level (see cpu_features.h), lowest first;
-// leaves every level on. Levels the processor lacks run the lower kernels.
+inline constexpr VectorLevel kVectorLevels[] = {VectorLevel::kSse2, VectorLevel::kSsse3,
+                                                VectorLevel::kAvx2};
+
+inline const char* vectorLevelName(VectorLevel level) {
+  switch (level) {
+    case VectorLevel::kSse2:
+      return "SSE2";
+    case VectorLevel::kSsse3:
+      return "SSSE3";
+    case VectorLevel::kAvx2:
+      return "AVX2";
+  }
+  return "?";
+}
+
+// Calls run(level) with the kernels allowed up to each level in turn (a level
+// the processor lacks runs the highest one it has); leaves every level on.
 template <typename Run>
 void onEachVectorLevel(Run run) {
-  for (VectorLevel level : {VectorLevel::kSse2, VectorLevel::kSsse3, VectorLevel::kAvx2}) {
+  for (VectorLevel level : kVectorLevels) {
     qta::text::detail::setVectorLevel(level);
     run(level);
   }
   qta::text::detail::setVectorLevel(VectorLevel::kAvx2);
 }
 
-// Calls run(level) once, at the level `selector` picks (its remainder by 3);
-// leaves every level on.
+// Calls run(level) once, on the level `selector` picks; leaves every level on.
 template <typename Run>
 void onVectorLevelPickedBy(size_t selector, Run run) {
-  const auto level = static_cast<VectorLevel>(selector % 3);
+  const VectorLevel level = kVectorLevels[selector % std::size(kVectorLevels)];
   qta::text::detail::setVectorLevel(level);
   run(level);
   qta::text::detail::setVectorLevel(VectorLevel::kAvx2);

@@ -146,19 +146,20 @@ inline std::string checkValidity(std::string_view input) {
 }
 
 // `problem`, when there is one, followed by the code path it was found on.
-inline std::string namingPath(std::string problem, bool avx2) {
-  if (!problem.empty()) problem += avx2 ? " (AVX2 path)" : " (portable path)";
+inline std::string namingPath(std::string problem, qtatest::VectorLevel level) {
+  if (!problem.empty()) problem += std::string(" (") + qtatest::vectorLevelName(level) + " path)";
   return problem;
 }
 
-// Runs `check` with the AVX2 block converters switched off and then on (where
-// the processor has AVX2), so both the portable and the AVX2 paths are compared
-// with the reference; returns the first problem found, naming the path.
+// Runs `check` with the kernels allowed up to each instruction-set level (the
+// portable SSE2 and SSSE3 code, the AVX2 block converters where the processor
+// has them), so every path is compared with the reference; returns the first
+// problem found, naming the path.
 template <typename Check>
 std::string onEveryPath(Check check) {
   std::string problem;
-  qtatest::onEachCodePath([&](bool avx2) {
-    if (problem.empty()) problem = namingPath(check(), avx2);
+  qtatest::onEachVectorLevel([&](qtatest::VectorLevel level) {
+    if (problem.empty()) problem = namingPath(check(), level);
   });
   return problem;
 }
