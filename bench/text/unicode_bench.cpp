@@ -5,8 +5,8 @@
 // registers dirty, which must cost nothing extra. Converters write into a
 // buffer allocated once per benchmark, except glib's, which only return newly
 // allocated strings. Bytes processed are the UTF-8 size of the corpus in every
-// direction, so the MB/s of one corpus compare across directions. The
-// validity check is measured on the portable path (AVX2 switched off) too.
+// direction, so the MB/s of one corpus compare across directions. Every
+// operation is measured on the portable path (AVX2 switched off) too.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 
@@ -185,31 +185,49 @@ bool glibValid(std::string_view in) {
 }
 #endif
 
+// A benchmark of one converter on `input`, with the AVX2 kernels on or off.
+template <typename In, typename Out, typename Run>
+auto conversionBench(std::basic_string<In> input, size_t utf8Bytes, Run run, bool avx2) {
+  return [input, utf8Bytes, run, avx2](benchmark::State& state) mutable {
+    const size_t capacity = 4 * input.size() + 16;
+    const auto buffer = std::make_unique<Out[]>(capacity);
+    qta::text::detail::setAvx2Enabled(avx2);
+    for (auto _ : state) {
+      benchmark::DoNotOptimize(run(input, buffer.get(), capacity));
+      benchmark::ClobberMemory();
+    }
+    qta::text::detail::setAvx2Enabled(true);
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * utf8Bytes));
+  };
+}
+
+// The converters in "<group>/<corpus>/<name>" with every kernel the processor
+// has, and the qta and ICU rows again in "<group>_portable/<corpus>/<name>"
+// with the AVX2 kernels switched off: the path of processors without AVX2.
 template <typename In, typename Out>
 void registerConversion(const std::string& group, const std::string& corpus,
                         std::basic_string<In> input, size_t utf8Bytes,
                         const std::vector<Impl<In, Out>>& impls, const char* iconvTo,
                         const char* iconvFrom) {
-  const auto bench = [input, utf8Bytes](auto run) {
-    return [input, utf8Bytes, run](benchmark::State& state) mutable {
-      const size_t capacity = 4 * input.size() + 16;
-      const auto buffer = std::make_unique<Out[]>(capacity);
-      for (auto _ : state) {
-        benchmark::DoNotOptimize(run(input, buffer.get(), capacity));
-        benchmark::ClobberMemory();
-      }
-      state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * utf8Bytes));
-    };
-  };
   const std::string prefix = group + "/" + corpus + "/";
+  const std::string portablePrefix = group + "_portable/" + corpus + "/";
   for (const Impl<In, Out>& impl : impls) {
-    benchmark::RegisterBenchmark((prefix + impl.name).c_str(), bench(impl.run));
+    benchmark::RegisterBenchmark((prefix + impl.name).c_str(),
+                                 conversionBench<In, Out>(input, utf8Bytes, impl.run, true));
+    const std::string name = impl.name;
+    if (name == "qta" || name == "qta_dirty" || name == "icu") {
+      benchmark::RegisterBenchmark((portablePrefix + impl.name).c_str(),
+                                   conversionBench<In, Out>(input, utf8Bytes, impl.run, false));
+    }
   }
   benchmark::RegisterBenchmark((prefix + "iconv").c_str(), [=](benchmark::State& state) {
     auto converter = std::make_shared<Iconv<In, Out>>(iconvTo, iconvFrom);
-    bench([converter](std::basic_string_view<In> in, Out* out, size_t capacity) {
-      return (*converter)(in, out, capacity);
-    })(state);
+    conversionBench<In, Out>(
+        input, utf8Bytes,
+        [converter](std::basic_string_view<In> in, Out* out, size_t capacity) {
+          return (*converter)(in, out, capacity);
+        },
+        true)(state);
   });
 }
 
