@@ -101,14 +101,18 @@ class Parser {
   // innermost container and its kind are kept at hand, and looked up again
   // only when a container opens or closes.
   bool parseContainers() {
-    JSON* innermost = open_.back().container;
-    bool isArray = innermost->type == JSON::Array;
+    JSON* innermost = nullptr;
+    bool isArray = false;
+    const auto focusOn = [&](JSON* container) {
+      innermost = container;
+      isArray = container->type == JSON::Array;
+    };
     const auto closeInnermost = [&] {
       if (close()) return true;
-      innermost = open_.back().container;
-      isArray = innermost->type == JSON::Array;
+      focusOn(open_.back().container);
       return false;
     };
+    focusOn(open_.back().container);
     bool afterValue = false;
     for (;;) {
       skipWhiteSpace();
@@ -149,8 +153,7 @@ class Parser {
       afterValue = !opens;
       if (opens) {
         enter(child);
-        innermost = child;
-        isArray = child->type == JSON::Array;
+        focusOn(child);
       }
     }
   }
