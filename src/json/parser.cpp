@@ -97,16 +97,28 @@ class Parser {
 
   // Runs until the container opened last and all inside it are closed. After
   // a value the innermost container expects a separator or its closing
-  // bracket; after its opening bracket, a value or the closing bracket.
+  // bracket; after its opening bracket, a value or the closing bracket. The
+  // innermost container and its kind are kept at hand, and looked up again
+  // only when a container opens or closes.
   bool parseContainers() {
+    JSON* innermost = nullptr;
+    bool isArray = false;
+    const auto focusOn = [&](JSON* container) {
+      innermost = container;
+      isArray = container->type == JSON::Array;
+    };
+    const auto closeInnermost = [&] {
+      if (close()) return true;
+      focusOn(open_.back().container);
+      return false;
+    };
+    focusOn(open_.back().container);
     bool afterValue = false;
     for (;;) {
-      const Open& innermost = open_.back();
-      const bool isArray = innermost.container->type == JSON::Array;
       skipWhiteSpace();
       if (*cursor_ == (isArray ? ']' : '}')) {
         ++cursor_;
-        if (close()) return true;
+        if (closeInnermost()) return true;
         afterValue = true;
         continue;
       }
@@ -117,23 +129,31 @@ class Parser {
       if (*cursor_ == '\0') {
         // The container stands as it is. The cursor stays on the end, so an
         // enclosing container then fails for want of its closing bracket.
-        if (close()) return true;
+        if (closeInnermost()) return true;
         afterValue = true;
         continue;
       }
       if (!isArray && !parseKey()) return false;
       skipWhiteSpace();
-      if (*cursor_ == '[' || *cursor_ == '{') {
-        JSON::root child = create();
-        JSON* const container = child.get();
-        attach(innermost.container, std::move(child));
-        enter(container);  // moves `innermost`
-        afterValue = false;
+      JSON::root value;
+      const bool opens = *cursor_ == '[' || *cursor_ == '{';
+      if (opens) {
+        value = create();
       } else {
-        JSON::root value = parseScalar();
+        value = parseScalar();
         if (!value) return false;
-        attach(innermost.container, std::move(value));
-        afterValue = true;
+      }
+      JSON* const child = value.get();
+      if (isArray) {
+        // An array's element waits in elements_ until the array closes.
+        elements_.push_back(std::move(value));
+      } else {
+        storeMember(*innermost, std::move(value));
+      }
+      afterValue = !opens;
+      if (opens) {
+        enter(child);
+        focusOn(child);
       }
     }
   }
@@ -148,19 +168,14 @@ class Parser {
     return true;
   }
 
-  // Gives `value` to `container`: an array's element waits in elements_ until
-  // the array closes; an object's member is stored under key_ at once, the
-  // last of equal keys replacing the others.
-  void attach(JSON* container, JSON::root value) {
-    if (container->type == JSON::Array) {
-      elements_.push_back(std::move(value));
-      return;
-    }
-    // The key is built in its map node straight from the text. With the end
-    // as hint a key above all present ones (documents written in key order)
-    // costs one comparison; any other key is looked up once, and an equal
-    // key already present is the member returned, whose value is replaced.
-    JSON::Members& members = static_cast<JSONObject&>(*container);
+  // Stores `value` in `object` under key_ at once, the last of equal keys
+  // replacing the others. The key is built in its map node straight from the
+  // text. With the end as hint a key above all present ones (documents
+  // written in key order) costs one comparison; any other key is looked up
+  // once, and an equal key already present is the member returned, whose
+  // value is replaced.
+  void storeMember(JSON& object, JSON::root value) {
+    JSON::Members& members = static_cast<JSONObject&>(object);
     const auto member = members.emplace_hint(members.end(), std::piecewise_construct,
                                              std::forward_as_tuple(key_), std::forward_as_tuple());
     member->second = std::move(value);

@@ -31,6 +31,12 @@ TEST(JSONParser, Grammar) {
       {R"({"a":1,"a":2})", R"({ "a": 2 })"},
       {R"({"a":[1,2],"a":{}})", R"({ "a": { } })"},
       {R"({"a":{"b":[[],{}]},"c":"d"})", R"({ "a": { "b": [ [ ], { } ] }, "c": "d" })"},
+      // After an inner container closes, the outer one's own closer and
+      // separator rules apply again.
+      {R"([[1],{"a":[2]},3])", R"([ [ 1 ], { "a": [ 2 ] }, 3 ])"},
+      {R"([{"a":1}})", "FAIL"},
+      {R"({"a":[1]])", "FAIL"},
+      {R"([{"a":1},"b":2])", "FAIL"},
       // A key and a value that both need decoding are held apart.
       {R"({"k\n":"v\t","k\t":{"\"":"\\"}})", R"({ "k\t": { "\"": "\\" }, "k\n": "v\t" })"},
       {"{}", "{ }"},
