@@ -4,43 +4,29 @@
 #include <cstring>
 
 #include "text/base64_alphabet.h"
-#include "text/base64_avx2.h"
+#include "text/base64_kernels.h"
 #include "text/base64_scalar.h"
-#include "text/base64_ssse3.h"
 #include "text/cpu_features.h"
 
 namespace qta::text {
 namespace {
 
 using base64::Alphabet;
+using base64::Kernels;
 
 // Characters filtered at a time on the stack.
 constexpr size_t kChunk = 8192;
-
-// The kernels of one level. The vector ones work through whole blocks and
-// say how far they got (bytes consumed by `encode`, characters by `decode`);
-// the scalar kernels finish the rest.
-struct Kernels {
-  size_t (*encode)(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet);
-  size_t (*firstSkipped)(const char* text, size_t size, const Alphabet& alphabet);
-  size_t (*filter)(const char* text, size_t size, char* out, const Alphabet& alphabet);
-  size_t (*decode)(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet);
-};
 
 // The portable level has no block kernels: the scalar ones do everything.
 size_t noEncodeBlocks(const uint8_t*, size_t, char*, const Alphabet&) { return 0; }
 size_t noDecodeBlocks(const char*, size_t, uint8_t*, const Alphabet&) { return 0; }
 
-constexpr Kernels kAvx2Kernels = {base64::encodeAvx2, base64::firstSkippedAvx2, base64::filterAvx2,
-                                  base64::decodeAvx2};
-constexpr Kernels kSsse3Kernels = {base64::encodeSsse3, base64::firstSkippedSsse3,
-                                   base64::filterSsse3, base64::decodeSsse3};
 constexpr Kernels kPortableKernels = {noEncodeBlocks, base64::firstSkippedScalar,
                                       base64::filterScalar, noDecodeBlocks};
 
 const Kernels& kernels() {
-  if (detail::avx2Enabled()) return kAvx2Kernels;
-  return detail::ssse3Enabled() ? kSsse3Kernels : kPortableKernels;
+  if (detail::avx2Enabled()) return base64::kAvx2Kernels;
+  return detail::ssse3Enabled() ? base64::kSsse3Kernels : kPortableKernels;
 }
 
 void encodeInto(const void* data, size_t size, char* out, const Alphabet& alphabet) {

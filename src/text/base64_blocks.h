@@ -1,0 +1,253 @@
+// The base64 block kernels, written once for every vector width.
+//
+// Encoding: each 16-byte part of a vector takes four 3-byte groups, spreads
+// them to four 32-bit words, cuts each word into four 6-bit values with two
+// multiplies, and turns the values into characters with one shuffle of
+// per-slot shifts (base64_alphabet.h). Decoding runs the other way: a shuffle
+// by high nibble gives each character's shift to its value, two multiply-adds
+// pack four values into three bytes. Whether a byte is in the alphabet is two
+// nibble-indexed shuffles and an and.
+//
+// Each kernel file defines QTA_BASE64_KERNEL_TARGET (the instruction sets of
+// its kernels, as for the target attribute), includes this header and
+// supplies a struct of vector operations (listed before the kernels) whose
+// functions are declared QTA_BASE64_KERNEL. Everything here has internal
+// linkage, so each kernel file gets its own copy compiled for its instruction
+// sets.
+#ifndef QTA_TEXT_BASE64_BLOCKS_H_
+#define QTA_TEXT_BASE64_BLOCKS_H_
+
+#ifndef QTA_BASE64_KERNEL_TARGET
+#error "define QTA_BASE64_KERNEL_TARGET before including base64_blocks.h"
+#endif
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "text/base64_alphabet.h"
+#include "text/base64_compress.h"
+#include "text/base64_kernels.h"
+#include "text/base64_scalar.h"
+
+// Inlined into the kernel's entry point, compiled for its instruction sets.
+#define QTA_BASE64_KERNEL [[gnu::always_inline, gnu::target(QTA_BASE64_KERNEL_TARGET)]] inline
+// The kernels themselves, each starting on a cache line of its own, so that
+// where the linker happens to place them cannot shift their loops across line
+// boundaries (the filter loop ran 5 to 10% slower at an unlucky offset).
+#define QTA_BASE64_ENTRY [[gnu::target(QTA_BASE64_KERNEL_TARGET), gnu::aligned(64)]]
+// The helpers' lambdas.
+#define QTA_BASE64_LAMBDA __attribute__((always_inline, target(QTA_BASE64_KERNEL_TARGET)))
+
+namespace qta::text::base64 {
+namespace {
+
+// The vector operations a kernel provides (V is its vector type):
+//   kSize                   bytes in a vector (16 or 32)
+//   kEncodeRead             bytes spreadGroups reads (at least kSize / 4 * 3)
+//   kAllKept                keptBits of a vector of alphabet characters
+//   load(p), store(p, v)    kSize bytes, unaligned
+//   splat8(b), splat32(w)   b in every byte, w in every 32-bit word
+//   table(t)                the 16 bytes at t in every 16-byte part
+//   lookup(t, i)            t[i] in each 16-byte part (i below 16)
+//   add8, sub8, subsU8      per byte: a + b, a - b, a - b at least 0
+//   greater8, equal8        per signed byte: all ones where a > b, a == b
+//   mulhiU16, mulloU16      per 16-bit word: high, low half of a * b
+//   maddU8S8, maddS16       multiply-adds of adjacent bytes, of adjacent words
+//   shiftRight32<n>(v)      each 32-bit word moved down n bits
+//   byteBits(v)             bit i set when byte i has bit 7 set
+//   anySet(v)               some bit is set
+//   spreadGroups(in)        kSize / 4 groups of 3 bytes from `in`, each in a
+//                           32-bit word as bytes 1, 0, 2, 1 of the group
+//   packDecoded(v)          byte 2, 1, 0 of each 32-bit word, packed at the
+//                           front (kSize / 4 * 3 bytes)
+//   storeDecoded(p, v)      exactly the kSize / 4 * 3 bytes packDecoded gives
+//   compressStore(v, m, out, kept)
+//                           appends the bytes of v whose bits are set in m at
+//                           out + kept (may write kFilterSlack bytes past the
+//                           new count); returns the new count
+// plus & and | on V.
+
+// 6-bit values to characters through the alphabet's slot shifts: values
+// above 51 count up from slot 2, and those above 25 gain 1 (the comparison
+// gives -1).
+template <typename Vec, typename V = typename Vec::V>
+QTA_BASE64_KERNEL V valuesToChars(V values, V shift) {
+  const V slot =
+      Vec::sub8(Vec::subsU8(values, Vec::splat8(51)), Vec::greater8(values, Vec::splat8(25)));
+  return Vec::add8(values, Vec::lookup(shift, slot));
+}
+
+// The groups of 3 bytes at `in` to their characters.
+template <typename Vec, typename V = typename Vec::V>
+QTA_BASE64_KERNEL V encodeBlock(const uint8_t* in, V shift) {
+  const V spread = Vec::spreadGroups(in);
+  // Each 32-bit word ends up holding the four 6-bit values of its group in
+  // its four bytes, from the top and bottom of two 16-bit products.
+  const V first = Vec::mulhiU16(spread & Vec::splat32(0x0fc0fc00), Vec::splat32(0x04000040));
+  const V second = Vec::mulloU16(spread & Vec::splat32(0x003f03f0), Vec::splat32(0x01000010));
+  return valuesToChars<Vec>(first | second, shift);
+}
+
+// Encodes 3-byte groups a block at a time while a block's read stays inside
+// the input, then one block ending as near the last full group as its read
+// allows (rewriting what it overlaps with the same characters); returns the
+// bytes consumed (a multiple of 3, or 0).
+template <typename Vec>
+QTA_BASE64_ENTRY size_t encodeBlocks(const uint8_t* in, size_t size, char* out,
+                                     const Alphabet& alphabet) {
+  using V = typename Vec::V;
+  constexpr size_t kIn = Vec::kSize / 4 * 3;
+  constexpr size_t kRead = Vec::kEncodeRead;
+  if (size < kRead) return 0;
+  const V shift = Vec::table(alphabet.encodeShift.data());
+  const auto encodeAt = [&](size_t at) QTA_BASE64_LAMBDA {
+    Vec::store(out + at / 3 * 4, encodeBlock<Vec>(in + at, shift));
+  };
+  size_t done = 0;
+  // Four independent blocks per round keep the shuffle and multiply units busy.
+  for (; size - done >= 3 * kIn + kRead; done += 4 * kIn) {
+    encodeAt(done);
+    encodeAt(done + kIn);
+    encodeAt(done + 2 * kIn);
+    encodeAt(done + 3 * kIn);
+  }
+  for (; size - done >= kRead; done += kIn) encodeAt(done);
+  const size_t full = size - size % 3;
+  const size_t last = std::min(full - kIn, (size - kRead) / 3 * 3);
+  if (last + kIn <= done) return done;
+  encodeAt(last);
+  return last + kIn;
+}
+
+// The skip tables of one alphabet, in registers for a whole kernel.
+template <typename Vec>
+struct SkipTables {
+  using V = typename Vec::V;
+  V low, high, lowNibble;
+
+  QTA_BASE64_KERNEL explicit SkipTables(const Alphabet& alphabet)
+      : low(Vec::table(alphabet.skipLow.data())),
+        high(Vec::table(alphabet.skipHigh.data())),
+        lowNibble(Vec::splat8(0x0f)) {}
+
+  QTA_BASE64_KERNEL V highNibbles(V chars) const {
+    return Vec::template shiftRight32<4>(chars) & lowNibble;
+  }
+
+  // Non-zero in the bytes of `chars` that are outside the alphabet.
+  QTA_BASE64_KERNEL V skipped(V chars) const {
+    return Vec::lookup(low, chars & lowNibble) & Vec::lookup(high, highNibbles(chars));
+  }
+
+  // Bit i set when byte i of `chars` is an alphabet character.
+  QTA_BASE64_KERNEL uint32_t kept(V chars) const {
+    return Vec::byteBits(Vec::equal8(skipped(chars), Vec::splat8(0)));
+  }
+};
+
+template <typename Vec>
+QTA_BASE64_ENTRY size_t firstSkippedBlocks(const char* text, size_t size,
+                                           const Alphabet& alphabet) {
+  using V = typename Vec::V;
+  constexpr size_t kSize = Vec::kSize;
+  if (size < kSize) return firstSkippedScalar(text, size, alphabet);
+  const SkipTables<Vec> tables(alphabet);
+  // Four vectors at a time while all are kept; the block loop below then
+  // finds the exact place.
+  size_t i = 0;
+  for (; size - i >= 4 * kSize; i += 4 * kSize) {
+    const V skipped =
+        (tables.skipped(Vec::load(text + i)) | tables.skipped(Vec::load(text + i + kSize))) |
+        (tables.skipped(Vec::load(text + i + 2 * kSize)) |
+         tables.skipped(Vec::load(text + i + 3 * kSize)));
+    if (Vec::anySet(skipped)) break;
+  }
+  // The last block ends at the end of the text; bytes seen twice are known
+  // to be kept.
+  for (; i < size; i += kSize) {
+    const size_t at = std::min(i, size - kSize);
+    const uint32_t kept = tables.kept(Vec::load(text + at));
+    if (kept != Vec::kAllKept) return at + static_cast<size_t>(__builtin_ctz(~kept));
+  }
+  return size;
+}
+
+template <typename Vec>
+QTA_BASE64_ENTRY size_t filterBlocks(const char* text, size_t size, char* out,
+                                     const Alphabet& alphabet) {
+  using V = typename Vec::V;
+  constexpr size_t kSize = Vec::kSize;
+  const SkipTables<Vec> tables(alphabet);
+  size_t kept = 0;
+  size_t i = 0;
+  for (; size - i >= kSize; i += kSize) {
+    const V chars = Vec::load(text + i);
+    const uint32_t mask = tables.kept(chars);
+    if (mask == Vec::kAllKept) {
+      Vec::store(out + kept, chars);
+      kept += kSize;
+    } else if (mask != 0) {
+      kept = Vec::compressStore(chars, mask, out, kept);
+    }
+  }
+  if (i == size || size < kSize) {
+    return kept + filterScalar(text + i, size - i, out + kept, alphabet);
+  }
+  // The last block, less the bytes already filtered.
+  const size_t at = size - kSize;
+  const V chars = Vec::load(text + at);
+  return Vec::compressStore(chars, tables.kept(chars) & (Vec::kAllKept << (i - at)), out, kept);
+}
+
+// `kSize` alphabet characters to kSize / 4 * 3 bytes, at the front of the result.
+template <typename Vec, typename V = typename Vec::V>
+QTA_BASE64_KERNEL V decodeBlock(V chars, const SkipTables<Vec>& tables, V shift, V lastChar,
+                                V lastCharAdd) {
+  const V slot = Vec::add8(tables.highNibbles(chars), Vec::equal8(chars, lastChar) & lastCharAdd);
+  const V values = Vec::add8(chars, Vec::lookup(shift, slot));
+  // Pairs of values into 12-bit fields, then pairs of those into 24 bits.
+  const V pairs = Vec::maddU8S8(values, Vec::splat32(0x01400140));
+  return Vec::packDecoded(Vec::maddS16(pairs, Vec::splat32(0x00011000)));
+}
+
+template <typename Vec>
+QTA_BASE64_ENTRY size_t decodeBlocks(const char* text, size_t kept, uint8_t* out,
+                                     const Alphabet& alphabet) {
+  using V = typename Vec::V;
+  constexpr size_t kSize = Vec::kSize;
+  const size_t full = kept - kept % 4;
+  if (full < kSize) return 0;
+  const SkipTables<Vec> tables(alphabet);
+  const V shift = Vec::table(alphabet.decodeShift.data());
+  const V lastChar = Vec::splat8(static_cast<uint8_t>(alphabet.lastChar));
+  const V lastCharAdd = Vec::splat8(static_cast<uint8_t>(alphabet.lastCharAdd));
+  const auto decodeAt = [&](size_t at) QTA_BASE64_LAMBDA {
+    return decodeBlock<Vec>(Vec::load(text + at), tables, shift, lastChar, lastCharAdd);
+  };
+  // kOut bytes of result and the rest of the vector as scratch per store,
+  // while the scratch still lands inside the result.
+  const size_t room = decodedLength(kept);
+  size_t i = 0;
+  for (; full - i >= kSize && room - i / 4 * 3 >= kSize; i += kSize) {
+    Vec::store(out + i / 4 * 3, decodeAt(i));
+  }
+  // The rest with exact stores, the last block ending at the last full group
+  // and rewriting what it overlaps with the same bytes.
+  for (; i < full; i += kSize) {
+    const size_t at = std::min(i, full - kSize);
+    Vec::storeDecoded(out + at / 4 * 3, decodeAt(at));
+  }
+  return full;
+}
+
+// The kernels of one vector width.
+template <typename Vec>
+constexpr Kernels blockKernels() {
+  return {encodeBlocks<Vec>, firstSkippedBlocks<Vec>, filterBlocks<Vec>, decodeBlocks<Vec>};
+}
+
+}  // namespace
+}  // namespace qta::text::base64
+
+#endif  // QTA_TEXT_BASE64_BLOCKS_H_

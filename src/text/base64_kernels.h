@@ -1,0 +1,43 @@
+// The base64 kernels of each instruction-set level, as tables of functions;
+// the caller picks a level the processor has (cpu_features.h). The vector
+// kernels work through whole blocks and say how far they got; the scalar
+// kernels (base64_scalar.h) finish the rest with the same rules. Blocks near
+// the end may overlap ones already done: they rewrite the same output.
+#ifndef QTA_TEXT_BASE64_KERNELS_H_
+#define QTA_TEXT_BASE64_KERNELS_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "text/base64_alphabet.h"
+
+namespace qta::text::base64 {
+
+// Room past their count that the vector filters may write to (with bytes of
+// no value).
+inline constexpr size_t kFilterSlack = 32;
+
+struct Kernels {
+  // Encodes 3-byte groups while a block's worth remains; returns the bytes
+  // consumed (a multiple of 3, or 0).
+  size_t (*encode)(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet);
+  // Index of the first byte of `text` outside the alphabet, or `size` if none.
+  size_t (*firstSkipped)(const char* text, size_t size, const Alphabet& alphabet);
+  // Copies the alphabet characters of `text` to `out` (room for
+  // size + kFilterSlack bytes); returns how many were copied.
+  size_t (*filter)(const char* text, size_t size, char* out, const Alphabet& alphabet);
+  // Decodes every full 4-character group of `kept` alphabet characters when
+  // they fill at least one block, into `out`, which has room for
+  // decodedLength(kept) bytes; returns the characters consumed (a multiple
+  // of 4, or 0).
+  size_t (*decode)(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet);
+};
+
+// 16 bytes at a time, for processors with SSSE3.
+extern const Kernels kSsse3Kernels;
+// 32 bytes at a time, for processors with AVX2.
+extern const Kernels kAvx2Kernels;
+
+}  // namespace qta::text::base64
+
+#endif  // QTA_TEXT_BASE64_KERNELS_H_
