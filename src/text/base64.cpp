@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
+#include <type_traits>
+#include <vector>
 
 #include "text/base64_alphabet.h"
 #include "text/base64_kernels.h"
@@ -19,10 +22,9 @@ constexpr size_t kChunk = 8192;
 
 // The portable level has no block kernels: the scalar ones do everything.
 size_t noEncodeBlocks(const uint8_t*, size_t, char*, const Alphabet&) { return 0; }
-size_t noDecodeBlocks(const char*, size_t, uint8_t*, const Alphabet&) { return 0; }
+size_t noDecodeRun(const char*, size_t, uint8_t*, size_t, const Alphabet&) { return 0; }
 
-constexpr Kernels kPortableKernels = {noEncodeBlocks, base64::firstSkippedScalar,
-                                      base64::filterScalar, noDecodeBlocks};
+constexpr Kernels kPortableKernels = {noEncodeBlocks, base64::filterScalar, noDecodeRun};
 
 const Kernels& kernels() {
   if (detail::avx2Enabled()) return base64::kAvx2Kernels;
@@ -35,11 +37,28 @@ void encodeInto(const void* data, size_t size, char* out, const Alphabet& alphab
   base64::encodeScalar(bytes + done, size - done, out + done / 3 * 4, alphabet);
 }
 
+// A new Out (std::string or std::vector<uint8_t>) of at most `size` units,
+// written by fill(data), which returns the length it used. Strings get their
+// room without the zero fill that resize() costs; vectors have no such way.
+template <typename Out, typename Fill>
+Out filledResult(size_t size, Fill fill) {
+  Out out;
+  if constexpr (std::is_same_v<Out, std::string>) {
+    out.resize_and_overwrite(size, [&](char* data, size_t) { return fill(data); });
+  } else {
+    out.resize(size);
+    out.resize(fill(reinterpret_cast<char*>(out.data())));
+  }
+  return out;
+}
+
 std::string encode(const void* data, size_t size, const Alphabet& alphabet) {
   detail::clearUpperState();
-  std::string text(base64::encodedLength(size, alphabet.padded), '\0');
-  encodeInto(data, size, text.data(), alphabet);
-  return text;
+  const size_t length = base64::encodedLength(size, alphabet.padded);
+  return filledResult<std::string>(length, [&](char* text) {
+    encodeInto(data, size, text, alphabet);
+    return length;
+  });
 }
 
 size_t encodeTo(const void* data, size_t size, char* out, size_t capacity,
@@ -52,11 +71,13 @@ size_t encodeTo(const void* data, size_t size, char* out, size_t capacity,
   return length;
 }
 
-// Decodes `size` alphabet characters into decodedLength(size) bytes at `out`.
-void decodeKept(const char* kept, size_t size, uint8_t* out, const Kernels& kernels,
-                const Alphabet& alphabet) {
-  const size_t done = kernels.decode(kept, size, out, alphabet);
-  base64::decodeScalar(kept + done, size - done, out + done / 4 * 3, alphabet);
+// Decodes `count` alphabet characters into decodedLength(count) bytes at
+// `out`, which has room for `room`; returns their length.
+size_t decodeKept(const char* chars, size_t count, uint8_t* out, size_t room, const Kernels& level,
+                  const Alphabet& alphabet) {
+  const size_t done = level.decodeRun(chars, count, out, room, alphabet);
+  base64::decodeScalar(chars + done, count - done, out + done / 4 * 3, alphabet);
+  return base64::decodedLength(count);
 }
 
 // Calls use(chars, count) on the alphabet characters of `text`, filtered a
@@ -64,13 +85,13 @@ void decodeKept(const char* kept, size_t size, uint8_t* out, const Kernels& kern
 // multiple of 4 characters (the rest of a group carries over to the next),
 // and the last is left out when nothing is left.
 template <typename Use>
-void forEachKeptChunk(const char* text, size_t size, const Kernels& kernels,
-                      const Alphabet& alphabet, Use use) {
+void forEachKeptChunk(const char* text, size_t size, const Kernels& level, const Alphabet& alphabet,
+                      Use use) {
   char chunk[kChunk + base64::kFilterSlack];
   size_t have = 0;
   for (size_t at = 0; at < size;) {
     const size_t take = std::min(size - at, kChunk - have);
-    have += kernels.filter(text + at, take, chunk + have, alphabet);
+    have += level.filter(text + at, take, chunk + have, alphabet);
     at += take;
     const size_t whole = have - have % 4;
     use(chunk, whole);
@@ -80,21 +101,20 @@ void forEachKeptChunk(const char* text, size_t size, const Kernels& kernels,
   if (have > 0) use(chunk, have);
 }
 
-// Decodes `text` into `out`, which has room for the result; returns its
-// length. The run of alphabet characters the text starts with (all of clean
-// text) is decoded in place; the rest is filtered and decoded a chunk at a
-// time, so no copy of the whole text is made.
-size_t decodeInto(const char* text, size_t size, uint8_t* out, const Alphabet& alphabet) {
+// Decodes `text` into `out`, which has room for `room` bytes and at least for
+// the result; returns the result's length. The run of alphabet characters the
+// text starts with (all of clean text) is decoded where it stands; the rest
+// is filtered and decoded a chunk at a time, so no copy of the whole text is
+// made.
+size_t decodeInto(const char* text, size_t size, uint8_t* out, size_t room,
+                  const Alphabet& alphabet) {
   const Kernels& level = kernels();
-  const size_t clean = level.firstSkipped(text, size, alphabet);
-  const size_t direct = clean - clean % 4;
-  decodeKept(text, direct, out, level, alphabet);
+  const size_t direct = level.decodeRun(text, size, out, room, alphabet);
   size_t written = direct / 4 * 3;
-  forEachKeptChunk(text + direct, size - direct, level, alphabet,
-                   [&](const char* chars, size_t count) {
-                     decodeKept(chars, count, out + written, level, alphabet);
-                     written += base64::decodedLength(count);
-                   });
+  forEachKeptChunk(
+      text + direct, size - direct, level, alphabet, [&](const char* chars, size_t count) {
+        written += decodeKept(chars, count, out + written, room - written, level, alphabet);
+      });
   return written;
 }
 
@@ -111,11 +131,11 @@ size_t countKept(const char* text, size_t size, const Alphabet& alphabet) {
 template <typename Out>
 Out decode(const char* text, size_t size, const Alphabet& alphabet) {
   detail::clearUpperState();
-  Out out(base64DecodedSizeMax(size), 0);
-  const size_t length = decodeInto(text, size, reinterpret_cast<uint8_t*>(out.data()), alphabet);
-  const bool mostlyUnused = length < out.size() / 2;
-  out.resize(length);
-  if (mostlyUnused) out.shrink_to_fit();
+  const size_t room = base64DecodedSizeMax(size);
+  Out out = filledResult<Out>(room, [&](char* data) {
+    return decodeInto(text, size, reinterpret_cast<uint8_t*>(data), room, alphabet);
+  });
+  if (out.size() < room / 2) out.shrink_to_fit();
   return out;
 }
 
@@ -126,7 +146,7 @@ size_t decodeTo(const char* text, size_t size, void* out, size_t capacity,
     const size_t length = base64::decodedLength(countKept(text, size, alphabet));
     if (length > capacity) return length;
   }
-  return decodeInto(text, size, static_cast<uint8_t*>(out), alphabet);
+  return decodeInto(text, size, static_cast<uint8_t*>(out), capacity, alphabet);
 }
 
 }  // namespace

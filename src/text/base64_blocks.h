@@ -104,15 +104,21 @@ QTA_BASE64_ENTRY size_t encodeBlocks(const uint8_t* in, size_t size, char* out,
   const auto encodeAt = [&](size_t at) QTA_BASE64_LAMBDA {
     Vec::store(out + at / 3 * 4, encodeBlock<Vec>(in + at, shift));
   };
-  size_t done = 0;
-  // Four independent blocks per round keep the shuffle and multiply units busy.
-  for (; size - done >= 3 * kIn + kRead; done += 4 * kIn) {
-    encodeAt(done);
-    encodeAt(done + kIn);
-    encodeAt(done + 2 * kIn);
-    encodeAt(done + 3 * kIn);
+  // Four independent blocks per round keep the shuffle and multiply units
+  // busy; the input and output move on by pointer, with no division by 3 in
+  // the loop.
+  const uint8_t* from = in;
+  char* to = out;
+  for (; static_cast<size_t>(in + size - from) >= 3 * kIn + kRead; from += 4 * kIn) {
+    for (size_t block = 0; block < 4; ++block) {
+      Vec::store(to, encodeBlock<Vec>(from + block * kIn, shift));
+      to += Vec::kSize;
+    }
   }
-  for (; size - done >= kRead; done += kIn) encodeAt(done);
+  for (; static_cast<size_t>(in + size - from) >= kRead; from += kIn, to += Vec::kSize) {
+    Vec::store(to, encodeBlock<Vec>(from, shift));
+  }
+  const size_t done = static_cast<size_t>(from - in);
   const size_t full = size - size % 3;
   const size_t last = std::min(full - kIn, (size - kRead) / 3 * 3);
   if (last + kIn <= done) return done;
@@ -145,33 +151,6 @@ struct SkipTables {
     return Vec::byteBits(Vec::equal8(skipped(chars), Vec::splat8(0)));
   }
 };
-
-template <typename Vec>
-QTA_BASE64_ENTRY size_t firstSkippedBlocks(const char* text, size_t size,
-                                           const Alphabet& alphabet) {
-  using V = typename Vec::V;
-  constexpr size_t kSize = Vec::kSize;
-  if (size < kSize) return firstSkippedScalar(text, size, alphabet);
-  const SkipTables<Vec> tables(alphabet);
-  // Four vectors at a time while all are kept; the block loop below then
-  // finds the exact place.
-  size_t i = 0;
-  for (; size - i >= 4 * kSize; i += 4 * kSize) {
-    const V skipped =
-        (tables.skipped(Vec::load(text + i)) | tables.skipped(Vec::load(text + i + kSize))) |
-        (tables.skipped(Vec::load(text + i + 2 * kSize)) |
-         tables.skipped(Vec::load(text + i + 3 * kSize)));
-    if (Vec::anySet(skipped)) break;
-  }
-  // The last block ends at the end of the text; bytes seen twice are known
-  // to be kept.
-  for (; i < size; i += kSize) {
-    const size_t at = std::min(i, size - kSize);
-    const uint32_t kept = tables.kept(Vec::load(text + at));
-    if (kept != Vec::kAllKept) return at + static_cast<size_t>(__builtin_ctz(~kept));
-  }
-  return size;
-}
 
 template <typename Vec>
 QTA_BASE64_ENTRY size_t filterBlocks(const char* text, size_t size, char* out,
@@ -211,40 +190,62 @@ QTA_BASE64_KERNEL V decodeBlock(V chars, const SkipTables<Vec>& tables, V shift,
   return Vec::packDecoded(Vec::maddS16(pairs, Vec::splat32(0x00011000)));
 }
 
+// Decodes blocks straight from the text while they hold alphabet characters
+// only, two per round with one test for skipped bytes. Where a block holds
+// one, the whole groups before it are decoded as one more block that ends
+// there and overlaps blocks already done (rewriting the same bytes).
 template <typename Vec>
-QTA_BASE64_ENTRY size_t decodeBlocks(const char* text, size_t kept, uint8_t* out,
-                                     const Alphabet& alphabet) {
+QTA_BASE64_ENTRY size_t decodeRunBlocks(const char* text, size_t size, uint8_t* out, size_t room,
+                                        const Alphabet& alphabet) {
   using V = typename Vec::V;
   constexpr size_t kSize = Vec::kSize;
-  const size_t full = kept - kept % 4;
-  if (full < kSize) return 0;
+  constexpr size_t kOut = kSize / 4 * 3;
+  if (size < kSize) return 0;
   const SkipTables<Vec> tables(alphabet);
   const V shift = Vec::table(alphabet.decodeShift.data());
   const V lastChar = Vec::splat8(static_cast<uint8_t>(alphabet.lastChar));
   const V lastCharAdd = Vec::splat8(static_cast<uint8_t>(alphabet.lastCharAdd));
-  const auto decodeAt = [&](size_t at) QTA_BASE64_LAMBDA {
-    return decodeBlock<Vec>(Vec::load(text + at), tables, shift, lastChar, lastCharAdd);
+  const auto decode = [&](V chars) QTA_BASE64_LAMBDA {
+    return decodeBlock<Vec>(chars, tables, shift, lastChar, lastCharAdd);
   };
-  // kOut bytes of result and the rest of the vector as scratch per store,
-  // while the scratch still lands inside the result.
-  const size_t room = decodedLength(kept);
+  // Whole-vector stores (kOut bytes of result, the rest scratch that the
+  // next block overwrites) while the scratch stays inside `room`.
   size_t i = 0;
-  for (; full - i >= kSize && room - i / 4 * 3 >= kSize; i += kSize) {
-    Vec::store(out + i / 4 * 3, decodeAt(i));
+  size_t o = 0;
+  for (; size - i >= 2 * kSize && room - o >= kOut + kSize; i += 2 * kSize, o += 2 * kOut) {
+    const V first = Vec::load(text + i);
+    const V second = Vec::load(text + i + kSize);
+    if (Vec::anySet(tables.skipped(first) | tables.skipped(second))) break;
+    Vec::store(out + o, decode(first));
+    Vec::store(out + o + kOut, decode(second));
   }
-  // The rest with exact stores, the last block ending at the last full group
-  // and rewriting what it overlaps with the same bytes.
-  for (; i < full; i += kSize) {
-    const size_t at = std::min(i, full - kSize);
-    Vec::storeDecoded(out + at / 4 * 3, decodeAt(at));
+  uint32_t kept = 0;
+  for (; size - i >= kSize; i += kSize, o += kOut) {
+    const V chars = Vec::load(text + i);
+    kept = tables.kept(chars);
+    if (kept != Vec::kAllKept) break;
+    if (room - o >= kSize) {
+      Vec::store(out + o, decode(chars));
+    } else {
+      Vec::storeDecoded(out + o, decode(chars));
+    }
   }
-  return full;
+  if (i == size) return i;
+  // Fewer than a block left: its bytes from the last block of the text.
+  if (size - i < kSize) kept = tables.kept(Vec::load(text + size - kSize)) >> (i - (size - kSize));
+  // Alphabet characters from i up to the first skipped byte or the end.
+  const size_t run = std::min(static_cast<size_t>(__builtin_ctz(~kept)), size - i);
+  const size_t groups = run - run % 4;
+  if (groups == 0 || i + groups < kSize) return i;
+  const size_t at = i + groups - kSize;
+  Vec::storeDecoded(out + at / 4 * 3, decode(Vec::load(text + at)));
+  return i + groups;
 }
 
 // The kernels of one vector width.
 template <typename Vec>
 constexpr Kernels blockKernels() {
-  return {encodeBlocks<Vec>, firstSkippedBlocks<Vec>, filterBlocks<Vec>, decodeBlocks<Vec>};
+  return {encodeBlocks<Vec>, filterBlocks<Vec>, decodeRunBlocks<Vec>};
 }
 
 }  // namespace

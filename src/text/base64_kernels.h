@@ -21,16 +21,16 @@ struct Kernels {
   // Encodes 3-byte groups while a block's worth remains; returns the bytes
   // consumed (a multiple of 3, or 0).
   size_t (*encode)(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet);
-  // Index of the first byte of `text` outside the alphabet, or `size` if none.
-  size_t (*firstSkipped)(const char* text, size_t size, const Alphabet& alphabet);
   // Copies the alphabet characters of `text` to `out` (room for
   // size + kFilterSlack bytes); returns how many were copied.
   size_t (*filter)(const char* text, size_t size, char* out, const Alphabet& alphabet);
-  // Decodes every full 4-character group of `kept` alphabet characters when
-  // they fill at least one block, into `out`, which has room for
-  // decodedLength(kept) bytes; returns the characters consumed (a multiple
-  // of 4, or 0).
-  size_t (*decode)(const char* text, size_t kept, uint8_t* out, const Alphabet& alphabet);
+  // Decodes the run of alphabet characters `text` starts with, in whole
+  // groups, while at least a block's worth is there, into `out`, which has
+  // room for `room` bytes and at least for what the characters decode to;
+  // returns the characters consumed (a multiple of 4, or 0). It stops where
+  // a skipped byte or the end of the text is less than a block ahead.
+  size_t (*decodeRun)(const char* text, size_t size, uint8_t* out, size_t room,
+                      const Alphabet& alphabet);
 };
 
 // 16 bytes at a time, for processors with SSSE3.
