@@ -23,8 +23,10 @@ constexpr size_t kChunk = 8192;
 // The portable level has no block kernels: the scalar ones do everything.
 size_t noEncodeBlocks(const uint8_t*, size_t, char*, const Alphabet&) { return 0; }
 size_t noDecodeRun(const char*, size_t, uint8_t*, size_t, const Alphabet&) { return 0; }
+size_t noDecodeLines(const char*, size_t, uint8_t*, size_t, size_t, const Alphabet&) { return 0; }
 
-constexpr Kernels kPortableKernels = {noEncodeBlocks, base64::filterScalar, noDecodeRun};
+constexpr Kernels kPortableKernels = {noEncodeBlocks, base64::filterScalar, noDecodeRun,
+                                      noDecodeLines};
 
 const Kernels& kernels() {
   if (detail::avx2Enabled()) return base64::kAvx2Kernels;
@@ -101,20 +103,48 @@ void forEachKeptChunk(const char* text, size_t size, const Kernels& level, const
   if (have > 0) use(chunk, have);
 }
 
+// Skipped bytes between lines: more than this many end the line-by-line
+// decoding.
+constexpr size_t kMaxLineGap = 8;
+
+// How many bytes outside the alphabet `text` starts with, up to `limit`.
+size_t skippedBytesAt(const char* text, size_t limit, const Alphabet& alphabet) {
+  size_t count = 0;
+  while (count < limit && alphabet.decode[static_cast<uint8_t>(text[count])] == base64::kSkip) {
+    ++count;
+  }
+  return count;
+}
+
 // Decodes `text` into `out`, which has room for `room` bytes and at least for
 // the result; returns the result's length. The run of alphabet characters the
-// text starts with (all of clean text) is decoded where it stands; the rest
-// is filtered and decoded a chunk at a time, so no copy of the whole text is
-// made.
+// text starts with (all of clean text) is decoded where it stands, and so are
+// the lines that follow when they are as long as the run and each ends in the
+// same few skipped bytes (text broken into lines). The rest is filtered and
+// decoded a chunk at a time, so no copy of the whole text is made.
 size_t decodeInto(const char* text, size_t size, uint8_t* out, size_t room,
                   const Alphabet& alphabet) {
   const Kernels& level = kernels();
-  const size_t direct = level.decodeRun(text, size, out, room, alphabet);
-  size_t written = direct / 4 * 3;
-  forEachKeptChunk(
-      text + direct, size - direct, level, alphabet, [&](const char* chars, size_t count) {
-        written += decodeKept(chars, count, out + written, room - written, level, alphabet);
-      });
+  size_t at = 0;
+  size_t written = 0;
+  const auto decodeRun = [&] {
+    const size_t run =
+        level.decodeRun(text + at, size - at, out + written, room - written, alphabet);
+    at += run;
+    written += run / 4 * 3;
+    return run;
+  };
+  for (size_t run = decodeRun(); run > 0 && at < size; run = decodeRun()) {
+    const size_t gap = skippedBytesAt(text + at, std::min(size - at, kMaxLineGap + 1), alphabet);
+    if (gap == 0 || gap > kMaxLineGap) break;
+    at += gap;
+    const size_t lines = level.decodeLines(text + at, size - at, out + written, run, gap, alphabet);
+    at += lines * (run + gap);
+    written += lines * (run / 4 * 3);
+  }
+  forEachKeptChunk(text + at, size - at, level, alphabet, [&](const char* chars, size_t count) {
+    written += decodeKept(chars, count, out + written, room - written, level, alphabet);
+  });
   return written;
 }
 

@@ -24,6 +24,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "text/base64_alphabet.h"
 #include "text/base64_compress.h"
@@ -179,16 +180,28 @@ QTA_BASE64_ENTRY size_t filterBlocks(const char* text, size_t size, char* out,
   return Vec::compressStore(chars, tables.kept(chars) & (Vec::kAllKept << (i - at)), out, kept);
 }
 
-// `kSize` alphabet characters to kSize / 4 * 3 bytes, at the front of the result.
-template <typename Vec, typename V = typename Vec::V>
-QTA_BASE64_KERNEL V decodeBlock(V chars, const SkipTables<Vec>& tables, V shift, V lastChar,
-                                V lastCharAdd) {
-  const V slot = Vec::add8(tables.highNibbles(chars), Vec::equal8(chars, lastChar) & lastCharAdd);
-  const V values = Vec::add8(chars, Vec::lookup(shift, slot));
-  // Pairs of values into 12-bit fields, then pairs of those into 24 bits.
-  const V pairs = Vec::maddU8S8(values, Vec::splat32(0x01400140));
-  return Vec::packDecoded(Vec::maddS16(pairs, Vec::splat32(0x00011000)));
-}
+// Decoding with its constants in registers for a whole kernel.
+template <typename Vec>
+struct BlockDecoder {
+  using V = typename Vec::V;
+  SkipTables<Vec> tables;
+  V shift, lastChar, lastCharAdd;
+
+  QTA_BASE64_KERNEL explicit BlockDecoder(const Alphabet& alphabet)
+      : tables(alphabet),
+        shift(Vec::table(alphabet.decodeShift.data())),
+        lastChar(Vec::splat8(static_cast<uint8_t>(alphabet.lastChar))),
+        lastCharAdd(Vec::splat8(static_cast<uint8_t>(alphabet.lastCharAdd))) {}
+
+  // kSize alphabet characters to kSize / 4 * 3 bytes, at the front of the result.
+  QTA_BASE64_KERNEL V decode(V chars) const {
+    const V slot = Vec::add8(tables.highNibbles(chars), Vec::equal8(chars, lastChar) & lastCharAdd);
+    const V values = Vec::add8(chars, Vec::lookup(shift, slot));
+    // Pairs of values into 12-bit fields, then pairs of those into 24 bits.
+    const V pairs = Vec::maddU8S8(values, Vec::splat32(0x01400140));
+    return Vec::packDecoded(Vec::maddS16(pairs, Vec::splat32(0x00011000)));
+  }
+};
 
 // Decodes blocks straight from the text while they hold alphabet characters
 // only, two per round with one test for skipped bytes. Where a block holds
@@ -201,13 +214,9 @@ QTA_BASE64_ENTRY size_t decodeRunBlocks(const char* text, size_t size, uint8_t* 
   constexpr size_t kSize = Vec::kSize;
   constexpr size_t kOut = kSize / 4 * 3;
   if (size < kSize) return 0;
-  const SkipTables<Vec> tables(alphabet);
-  const V shift = Vec::table(alphabet.decodeShift.data());
-  const V lastChar = Vec::splat8(static_cast<uint8_t>(alphabet.lastChar));
-  const V lastCharAdd = Vec::splat8(static_cast<uint8_t>(alphabet.lastCharAdd));
-  const auto decode = [&](V chars) QTA_BASE64_LAMBDA {
-    return decodeBlock<Vec>(chars, tables, shift, lastChar, lastCharAdd);
-  };
+  const BlockDecoder<Vec> decoder(alphabet);
+  const SkipTables<Vec>& tables = decoder.tables;
+  const auto decode = [&](V chars) QTA_BASE64_LAMBDA { return decoder.decode(chars); };
   // Whole-vector stores (kOut bytes of result, the rest scratch that the
   // next block overwrites) while the scratch stays inside `room`.
   size_t i = 0;
@@ -242,10 +251,80 @@ QTA_BASE64_ENTRY size_t decodeRunBlocks(const char* text, size_t size, uint8_t* 
   return i + groups;
 }
 
+// Decodes lines of `lineChars` alphabet characters (a multiple of 4 from
+// kLeading * kSize + 1 to (kLeading + 1) * kSize) each followed by `gap`
+// skipped bytes, where they stand, while the text keeps to that shape. A line
+// is kLeading blocks from its start and one ending at its end; all of them and
+// the gap bytes are tested before any is stored, so the tests only steer a
+// branch and no line waits for the one before.
+template <typename Vec, size_t kLeading>
+QTA_BASE64_KERNEL size_t decodeLinesOf(const char* text, size_t size, uint8_t* out,
+                                       size_t lineChars, size_t gap, const Alphabet& alphabet) {
+  using V = typename Vec::V;
+  constexpr size_t kSize = Vec::kSize;
+  constexpr size_t kOut = kSize / 4 * 3;
+  const BlockDecoder<Vec> decoder(alphabet);
+  const size_t stride = lineChars + gap;
+  const size_t lineOut = lineChars / 4 * 3;
+  const size_t lastAt = lineChars - kSize;
+  // Each leading block is stored whole (its scratch rewritten by the next
+  // store) unless the last one's scratch would pass the line's end.
+  const bool lastLeadingWhole = kLeading > 0 && (kLeading - 1) * kOut + kSize <= lineOut;
+  size_t lines = 0;
+  for (const char* line = text; static_cast<size_t>(text + size - line) >= stride;
+       line += stride, out += lineOut, ++lines) {
+    V chars[kLeading + 1];
+    chars[kLeading] = Vec::load(line + lastAt);
+    V skipped = decoder.tables.skipped(chars[kLeading]);
+    for (size_t k = 0; k < kLeading; ++k) {
+      chars[k] = Vec::load(line + k * kSize);
+      skipped = skipped | decoder.tables.skipped(chars[k]);
+    }
+    bool gapSkipped = true;
+    for (size_t at = lineChars; at < stride; ++at) {
+      gapSkipped &= alphabet.decode[static_cast<uint8_t>(line[at])] == kSkip;
+    }
+    if (Vec::anySet(skipped) || !gapSkipped) break;
+    for (size_t k = 0; k < kLeading; ++k) {
+      const V bytes = decoder.decode(chars[k]);
+      if (k + 1 < kLeading || lastLeadingWhole) {
+        Vec::store(out + k * kOut, bytes);
+      } else {
+        Vec::storeDecoded(out + k * kOut, bytes);
+      }
+    }
+    Vec::storeDecoded(out + lastAt / 4 * 3, decoder.decode(chars[kLeading]));
+  }
+  return lines;
+}
+
+// Line lengths up to this many blocks are decoded line by line.
+constexpr size_t kMaxLineBlocks = 8;
+
+template <typename Vec, size_t... kLeading>
+QTA_BASE64_KERNEL size_t decodeLinesByLength(std::index_sequence<kLeading...>, const char* text,
+                                             size_t size, uint8_t* out, size_t lineChars,
+                                             size_t gap, const Alphabet& alphabet) {
+  const size_t leading = (lineChars - 1) / Vec::kSize;
+  size_t lines = 0;
+  ((leading == kLeading &&
+    (lines = decodeLinesOf<Vec, kLeading>(text, size, out, lineChars, gap, alphabet), true)) ||
+   ...);
+  return lines;
+}
+
+template <typename Vec>
+QTA_BASE64_ENTRY size_t decodeLinesBlocks(const char* text, size_t size, uint8_t* out,
+                                          size_t lineChars, size_t gap, const Alphabet& alphabet) {
+  if (lineChars < Vec::kSize || lineChars % 4 != 0) return 0;
+  return decodeLinesByLength<Vec>(std::make_index_sequence<kMaxLineBlocks>(), text, size, out,
+                                  lineChars, gap, alphabet);
+}
+
 // The kernels of one vector width.
 template <typename Vec>
 constexpr Kernels blockKernels() {
-  return {encodeBlocks<Vec>, filterBlocks<Vec>, decodeRunBlocks<Vec>};
+  return {encodeBlocks<Vec>, filterBlocks<Vec>, decodeRunBlocks<Vec>, decodeLinesBlocks<Vec>};
 }
 
 }  // namespace

@@ -31,6 +31,12 @@ struct Kernels {
   // a skipped byte or the end of the text is less than a block ahead.
   size_t (*decodeRun)(const char* text, size_t size, uint8_t* out, size_t room,
                       const Alphabet& alphabet);
+  // Decodes lines of `lineChars` alphabet characters each followed by `gap`
+  // bytes outside the alphabet, from the start of `text` while it keeps to
+  // that shape, into `out`, which has room for what they decode to; returns
+  // the lines decoded.
+  size_t (*decodeLines)(const char* text, size_t size, uint8_t* out, size_t lineChars, size_t gap,
+                        const Alphabet& alphabet);
 };
 
 // 16 bytes at a time, for processors with SSSE3.
