@@ -12,6 +12,8 @@ struct Avx2Vectors {
   using V = __m256i;
   static constexpr size_t kSize = 32;
   static constexpr size_t kEncodeRead = 24;
+  static constexpr size_t kEncodeBack = 4;
+  static constexpr size_t kEncodeAhead = 28;
   static constexpr uint32_t kAllKept = 0xffffffff;
 
   QTA_BASE64_KERNEL static V load(const void* p) {
@@ -52,6 +54,13 @@ struct Avx2Vectors {
     return _mm256_shuffle_epi8(
         bytes, _mm256_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10,  //
                                 5, 4, 6, 5, 8, 7, 9, 8, 11, 10, 12, 11, 14, 13, 15, 14));
+  }
+  // One load of the 32 bytes from 4 before the groups, so that each part
+  // holds its 12 bytes: the low one at its bytes 4-15, the high one at 0-11.
+  QTA_BASE64_KERNEL static V spreadGroupsWithin(const uint8_t* in) {
+    return _mm256_shuffle_epi8(
+        load(in - 4), _mm256_setr_epi8(5, 4, 6, 5, 8, 7, 9, 8, 11, 10, 12, 11, 14, 13, 15, 14,  //
+                                       1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));
   }
   QTA_BASE64_KERNEL static V packDecoded(V groups) {
     const V bytes = _mm256_shuffle_epi8(

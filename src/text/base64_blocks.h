@@ -46,6 +46,9 @@ namespace {
 // The vector operations a kernel provides (V is its vector type):
 //   kSize                   bytes in a vector (16 or 32)
 //   kEncodeRead             bytes spreadGroups reads (at least kSize / 4 * 3)
+//   kEncodeBack, kEncodeAhead
+//                           bytes before and from `in` that spreadGroupsWithin
+//                           reads
 //   kAllKept                keptBits of a vector of alphabet characters
 //   load(p), store(p, v)    kSize bytes, unaligned
 //   splat8(b), splat32(w)   b in every byte, w in every 32-bit word
@@ -60,6 +63,8 @@ namespace {
 //   anySet(v)               some bit is set
 //   spreadGroups(in)        kSize / 4 groups of 3 bytes from `in`, each in a
 //                           32-bit word as bytes 1, 0, 2, 1 of the group
+//   spreadGroupsWithin(in)  the same, in fewer steps where the bytes around
+//                           the groups may be read
 //   packDecoded(v)          byte 2, 1, 0 of each 32-bit word, packed at the
 //                           front (kSize / 4 * 3 bytes)
 //   storeDecoded(p, v)      exactly the kSize / 4 * 3 bytes packDecoded gives
@@ -79,10 +84,9 @@ QTA_BASE64_KERNEL V valuesToChars(V values, V shift) {
   return Vec::add8(values, Vec::lookup(shift, slot));
 }
 
-// The groups of 3 bytes at `in` to their characters.
+// Groups of 3 bytes, spread as spreadGroups gives them, to their characters.
 template <typename Vec, typename V = typename Vec::V>
-QTA_BASE64_KERNEL V encodeBlock(const uint8_t* in, V shift) {
-  const V spread = Vec::spreadGroups(in);
+QTA_BASE64_KERNEL V encodeBlock(V spread, V shift) {
   // Each 32-bit word ends up holding the four 6-bit values of its group in
   // its four bytes, from the top and bottom of two 16-bit products.
   const V first = Vec::mulhiU16(spread & Vec::splat32(0x0fc0fc00), Vec::splat32(0x04000040));
@@ -103,21 +107,30 @@ QTA_BASE64_ENTRY size_t encodeBlocks(const uint8_t* in, size_t size, char* out,
   if (size < kRead) return 0;
   const V shift = Vec::table(alphabet.encodeShift.data());
   const auto encodeAt = [&](size_t at) QTA_BASE64_LAMBDA {
-    Vec::store(out + at / 3 * 4, encodeBlock<Vec>(in + at, shift));
+    Vec::store(out + at / 3 * 4, encodeBlock<Vec>(Vec::spreadGroups(in + at), shift));
   };
-  // Four independent blocks per round keep the shuffle and multiply units
-  // busy; the input and output move on by pointer, with no division by 3 in
-  // the loop.
+  // The input and output move on by pointer, with no division by 3 in the
+  // loops. Blocks with room around them load in fewer steps: all but the
+  // first when the faster load reaches back, and those far enough from the end.
+  constexpr size_t kBack = Vec::kEncodeBack;
+  constexpr size_t kAhead = Vec::kEncodeAhead;
+  const uint8_t* const end = in + size;
   const uint8_t* from = in;
   char* to = out;
-  for (; static_cast<size_t>(in + size - from) >= 3 * kIn + kRead; from += 4 * kIn) {
+  if constexpr (kBack > 0) {
+    encodeAt(0);
+    from += kIn;
+    to += Vec::kSize;
+  }
+  // Four independent blocks per round keep the shuffle and multiply units busy.
+  for (; static_cast<size_t>(end - from) >= 3 * kIn + kAhead; from += 4 * kIn) {
     for (size_t block = 0; block < 4; ++block) {
-      Vec::store(to, encodeBlock<Vec>(from + block * kIn, shift));
+      Vec::store(to, encodeBlock<Vec>(Vec::spreadGroupsWithin(from + block * kIn), shift));
       to += Vec::kSize;
     }
   }
-  for (; static_cast<size_t>(in + size - from) >= kRead; from += kIn, to += Vec::kSize) {
-    Vec::store(to, encodeBlock<Vec>(from, shift));
+  for (; static_cast<size_t>(end - from) >= kRead; from += kIn, to += Vec::kSize) {
+    Vec::store(to, encodeBlock<Vec>(Vec::spreadGroups(from), shift));
   }
   const size_t done = static_cast<size_t>(from - in);
   const size_t full = size - size % 3;
@@ -307,8 +320,10 @@ QTA_BASE64_KERNEL size_t decodeLinesByLength(std::index_sequence<kLeading...>, c
                                              size_t gap, const Alphabet& alphabet) {
   const size_t leading = (lineChars - 1) / Vec::kSize;
   size_t lines = 0;
-  ((leading == kLeading &&
-    (lines = decodeLinesOf<Vec, kLeading>(text, size, out, lineChars, gap, alphabet), true)) ||
+  // The instance for the line's number of leading blocks runs; the others are passed over.
+  ((leading == kLeading ? static_cast<void>(lines = decodeLinesOf<Vec, kLeading>(
+                                                text, size, out, lineChars, gap, alphabet))
+                        : static_cast<void>(0)),
    ...);
   return lines;
 }

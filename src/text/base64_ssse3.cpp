@@ -14,6 +14,8 @@ struct Ssse3Vectors {
   using V = __m128i;
   static constexpr size_t kSize = 16;
   static constexpr size_t kEncodeRead = 16;
+  static constexpr size_t kEncodeBack = 0;
+  static constexpr size_t kEncodeAhead = 16;
   static constexpr uint32_t kAllKept = 0xffff;
 
   QTA_BASE64_KERNEL static V load(const void* p) {
@@ -49,6 +51,7 @@ struct Ssse3Vectors {
     return _mm_shuffle_epi8(load(in),
                             _mm_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));
   }
+  QTA_BASE64_KERNEL static V spreadGroupsWithin(const uint8_t* in) { return spreadGroups(in); }
   QTA_BASE64_KERNEL static V packDecoded(V groups) {
     return _mm_shuffle_epi8(groups,
                             _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1));
