@@ -29,6 +29,7 @@ constexpr Kernels kPortableKernels = {noEncodeBlocks, base64::filterScalar, noDe
                                       noDecodeLines};
 
 const Kernels& kernels() {
+  if (detail::avx512Enabled()) return base64::kAvx512Kernels;
   if (detail::avx2Enabled()) return base64::kAvx2Kernels;
   return detail::ssse3Enabled() ? base64::kSsse3Kernels : kPortableKernels;
 }

@@ -14,7 +14,9 @@ struct Avx2Vectors {
   static constexpr size_t kEncodeRead = 24;
   static constexpr size_t kEncodeBack = 4;
   static constexpr size_t kEncodeAhead = 28;
-  static constexpr uint32_t kAllKept = 0xffffffff;
+  using Mask = uint32_t;
+  static constexpr bool kWholeTables = false;
+  static constexpr Mask kAllKept = 0xffffffff;
 
   QTA_BASE64_KERNEL static V load(const void* p) {
     return _mm256_loadu_si256(static_cast<const V*>(p));

@@ -22,6 +22,7 @@
 #endif
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -49,7 +50,8 @@ namespace {
 //   kEncodeBack, kEncodeAhead
 //                           bytes before and from `in` that spreadGroupsWithin
 //                           reads
-//   kAllKept                keptBits of a vector of alphabet characters
+//   Mask                    an unsigned integer of a bit per byte of a vector
+//   kAllKept                the Mask of a vector of alphabet characters
 //   load(p), store(p, v)    kSize bytes, unaligned
 //   splat8(b), splat32(w)   b in every byte, w in every 32-bit word
 //   table(t)                the 16 bytes at t in every 16-byte part
@@ -59,7 +61,7 @@ namespace {
 //   mulhiU16, mulloU16      per 16-bit word: high, low half of a * b
 //   maddU8S8, maddS16       multiply-adds of adjacent bytes, of adjacent words
 //   shiftRight32<n>(v)      each 32-bit word moved down n bits
-//   byteBits(v)             bit i set when byte i has bit 7 set
+//   byteBits(v)             a Mask with bit i set when byte i has bit 7 set
 //   anySet(v)               some bit is set
 //   spreadGroups(in)        kSize / 4 groups of 3 bytes from `in`, each in a
 //                           32-bit word as bytes 1, 0, 2, 1 of the group
@@ -72,7 +74,14 @@ namespace {
 //                           appends the bytes of v whose bits are set in m at
 //                           out + kept (may write kFilterSlack bytes past the
 //                           new count); returns the new count
-// plus & and | on V.
+// plus & and | on V. A kernel whose vectors can index tables of 64 and 128
+// bytes sets kWholeTables and provides
+//   lookup64(t, i), lookup128(low, high, i)
+//                           t[i % 64]; low:high[i % 128], in every byte
+//   sixBitFields(v)         the four 6-bit values of each group that
+//                           spreadGroups gives, one per byte (bits 6-7 of no
+//                           value)
+// which replace the nibble tables and the arithmetic.
 
 // 6-bit values to characters through the alphabet's slot shifts: values
 // above 51 count up from slot 2, and those above 25 gain 1 (the comparison
@@ -84,9 +93,21 @@ QTA_BASE64_KERNEL V valuesToChars(V values, V shift) {
   return Vec::add8(values, Vec::lookup(shift, slot));
 }
 
+// The table encodeBlock takes: the alphabet itself for whole tables, else its
+// slot shifts.
+template <typename Vec, typename V = typename Vec::V>
+QTA_BASE64_KERNEL V encodeTable(const Alphabet& alphabet) {
+  if constexpr (Vec::kWholeTables) {
+    return Vec::load(alphabet.encode.data());
+  } else {
+    return Vec::table(alphabet.encodeShift.data());
+  }
+}
+
 // Groups of 3 bytes, spread as spreadGroups gives them, to their characters.
 template <typename Vec, typename V = typename Vec::V>
 QTA_BASE64_KERNEL V encodeBlock(V spread, V shift) {
+  if constexpr (Vec::kWholeTables) return Vec::lookup64(shift, Vec::sixBitFields(spread));
   // Each 32-bit word ends up holding the four 6-bit values of its group in
   // its four bytes, from the top and bottom of two 16-bit products.
   const V first = Vec::mulhiU16(spread & Vec::splat32(0x0fc0fc00), Vec::splat32(0x04000040));
@@ -105,7 +126,7 @@ QTA_BASE64_ENTRY size_t encodeBlocks(const uint8_t* in, size_t size, char* out,
   constexpr size_t kIn = Vec::kSize / 4 * 3;
   constexpr size_t kRead = Vec::kEncodeRead;
   if (size < kRead) return 0;
-  const V shift = Vec::table(alphabet.encodeShift.data());
+  const V shift = encodeTable<Vec>(alphabet);
   const auto encodeAt = [&](size_t at) QTA_BASE64_LAMBDA {
     Vec::store(out + at / 3 * 4, encodeBlock<Vec>(Vec::spreadGroups(in + at), shift));
   };
@@ -146,10 +167,22 @@ struct SkipTables {
   using V = typename Vec::V;
   V low, high, lowNibble;
 
+  // With whole tables, low and high are the halves of the decoding table for
+  // bytes below 128, with bit 7 set in the entries of skipped bytes.
   QTA_BASE64_KERNEL explicit SkipTables(const Alphabet& alphabet)
-      : low(Vec::table(alphabet.skipLow.data())),
-        high(Vec::table(alphabet.skipHigh.data())),
-        lowNibble(Vec::splat8(0x0f)) {}
+      : low(table(alphabet, 0)), high(table(alphabet, 1)), lowNibble(Vec::splat8(0x0f)) {}
+
+  QTA_BASE64_KERNEL static V table(const Alphabet& alphabet, size_t half) {
+    if constexpr (Vec::kWholeTables) {
+      const V values = Vec::load(alphabet.decode.data() + 64 * half);
+      return Vec::add8(values, values & Vec::splat8(kSkip));
+    } else {
+      return Vec::table(half == 0 ? alphabet.skipLow.data() : alphabet.skipHigh.data());
+    }
+  }
+
+  // The 6-bit value of each alphabet character, with whole tables.
+  QTA_BASE64_KERNEL V values(V chars) const { return Vec::lookup128(low, high, chars); }
 
   QTA_BASE64_KERNEL V highNibbles(V chars) const {
     return Vec::template shiftRight32<4>(chars) & lowNibble;
@@ -157,11 +190,12 @@ struct SkipTables {
 
   // Non-zero in the bytes of `chars` that are outside the alphabet.
   QTA_BASE64_KERNEL V skipped(V chars) const {
+    if constexpr (Vec::kWholeTables) return (chars | values(chars)) & Vec::splat8(0x80);
     return Vec::lookup(low, chars & lowNibble) & Vec::lookup(high, highNibbles(chars));
   }
 
   // Bit i set when byte i of `chars` is an alphabet character.
-  QTA_BASE64_KERNEL uint32_t kept(V chars) const {
+  QTA_BASE64_KERNEL typename Vec::Mask kept(V chars) const {
     return Vec::byteBits(Vec::equal8(skipped(chars), Vec::splat8(0)));
   }
 };
@@ -176,7 +210,7 @@ QTA_BASE64_ENTRY size_t filterBlocks(const char* text, size_t size, char* out,
   size_t i = 0;
   for (; size - i >= kSize; i += kSize) {
     const V chars = Vec::load(text + i);
-    const uint32_t mask = tables.kept(chars);
+    const typename Vec::Mask mask = tables.kept(chars);
     if (mask == Vec::kAllKept) {
       Vec::store(out + kept, chars);
       kept += kSize;
@@ -208,8 +242,12 @@ struct BlockDecoder {
 
   // kSize alphabet characters to kSize / 4 * 3 bytes, at the front of the result.
   QTA_BASE64_KERNEL V decode(V chars) const {
+    if constexpr (Vec::kWholeTables) return pack(tables.values(chars));
     const V slot = Vec::add8(tables.highNibbles(chars), Vec::equal8(chars, lastChar) & lastCharAdd);
-    const V values = Vec::add8(chars, Vec::lookup(shift, slot));
+    return pack(Vec::add8(chars, Vec::lookup(shift, slot)));
+  }
+
+  QTA_BASE64_KERNEL static V pack(V values) {
     // Pairs of values into 12-bit fields, then pairs of those into 24 bits.
     const V pairs = Vec::maddU8S8(values, Vec::splat32(0x01400140));
     return Vec::packDecoded(Vec::maddS16(pairs, Vec::splat32(0x00011000)));
@@ -241,7 +279,7 @@ QTA_BASE64_ENTRY size_t decodeRunBlocks(const char* text, size_t size, uint8_t* 
     Vec::store(out + o, decode(first));
     Vec::store(out + o + kOut, decode(second));
   }
-  uint32_t kept = 0;
+  typename Vec::Mask kept = 0;
   for (; size - i >= kSize; i += kSize, o += kOut) {
     const V chars = Vec::load(text + i);
     kept = tables.kept(chars);
@@ -256,7 +294,8 @@ QTA_BASE64_ENTRY size_t decodeRunBlocks(const char* text, size_t size, uint8_t* 
   // Fewer than a block left: its bytes from the last block of the text.
   if (size - i < kSize) kept = tables.kept(Vec::load(text + size - kSize)) >> (i - (size - kSize));
   // Alphabet characters from i up to the first skipped byte or the end.
-  const size_t run = std::min(static_cast<size_t>(__builtin_ctz(~kept)), size - i);
+  const size_t run = std::min(
+      static_cast<size_t>(std::countr_zero(static_cast<typename Vec::Mask>(~kept))), size - i);
   const size_t groups = run - run % 4;
   if (groups == 0 || i + groups < kSize) return i;
   const size_t at = i + groups - kSize;

@@ -16,7 +16,9 @@ struct Ssse3Vectors {
   static constexpr size_t kEncodeRead = 16;
   static constexpr size_t kEncodeBack = 0;
   static constexpr size_t kEncodeAhead = 16;
-  static constexpr uint32_t kAllKept = 0xffff;
+  using Mask = uint32_t;
+  static constexpr bool kWholeTables = false;
+  static constexpr Mask kAllKept = 0xffff;
 
   QTA_BASE64_KERNEL static V load(const void* p) {
     return _mm_loadu_si128(static_cast<const V*>(p));
