@@ -11,10 +11,6 @@
 
 namespace qta::text::base64 {
 
-// Room past their count that the vector filters may write to (with bytes of
-// no value).
-inline constexpr size_t kFilterSlack = 32;
-
 // Entry m moves the bytes of an 8-byte chunk whose bits are set in m to its
 // front, in order, and counts them.
 struct CompressStep {

@@ -27,12 +27,6 @@ void encodeScalar(const uint8_t* in, size_t size, char* out, const Alphabet& alp
   }
 }
 
-size_t firstSkippedScalar(const char* text, size_t size, const Alphabet& alphabet) {
-  size_t i = 0;
-  while (i < size && alphabet.decode[static_cast<uint8_t>(text[i])] != kSkip) ++i;
-  return i;
-}
-
 size_t filterScalar(const char* text, size_t size, char* out, const Alphabet& alphabet) {
   size_t kept = 0;
   for (size_t i = 0; i < size; ++i) {

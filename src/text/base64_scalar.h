@@ -13,9 +13,6 @@ namespace qta::text::base64 {
 // Writes encodedLength(size, alphabet.padded) characters to `out`.
 void encodeScalar(const uint8_t* in, size_t size, char* out, const Alphabet& alphabet);
 
-// Index of the first byte of `text` outside the alphabet, or `size` if none.
-size_t firstSkippedScalar(const char* text, size_t size, const Alphabet& alphabet);
-
 // Copies the alphabet characters of `text` to `out` (room for `size` bytes);
 // returns how many were copied.
 size_t filterScalar(const char* text, size_t size, char* out, const Alphabet& alphabet);

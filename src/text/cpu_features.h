@@ -1,8 +1,10 @@
 // Which vector kernels the text codecs run, and the vector state they start in.
 //
-// The AVX2 kernels run when the processor reports AVX2 and the switch is on
-// (the default); below them, kernels that need SSSE3 run when the processor
-// has it. Tests and fuzz harnesses cap the level to run the lower kernels on
+// The AVX-512 kernels run when the processor reports AVX-512 BW, VBMI and VBMI2 and
+// the operating system saves the zmm registers; the AVX2 kernels when it
+// reports AVX2; below them, kernels that need SSSE3 run when the processor
+// has it. Each level can be switched off (the highest one it has is on by
+// default). Tests and fuzz harnesses cap the level to run the lower kernels on
 // the same inputs. The processor is asked once, on first use, so
 // callers during static initialisation get the right answer too. The state is
 // one relaxed atomic word: safe to read from any thread; the switch is meant
@@ -19,6 +21,7 @@ inline constexpr unsigned kFeaturesKnown = 1;
 inline constexpr unsigned kHasAvx = 2;
 inline constexpr unsigned kUseAvx2 = 4;
 inline constexpr unsigned kUseSsse3 = 8;
+inline constexpr unsigned kUseAvx512 = 16;
 
 extern std::atomic<unsigned> vectorFeatureWord;
 
@@ -34,14 +37,17 @@ inline bool avx2Enabled() { return (vectorFeatures() & kUseAvx2) != 0; }
 
 inline bool ssse3Enabled() { return (vectorFeatures() & kUseSsse3) != 0; }
 
-// The kernel levels, lowest first: plain SSE2 code, SSSE3, AVX2.
-enum class VectorLevel { kSse2, kSsse3, kAvx2 };
+// AVX-512 with byte and word operations (BW), byte permutes (VBMI) and byte
+// compression (VBMI2).
+inline bool avx512Enabled() { return (vectorFeatures() & kUseAvx512) != 0; }
+
+// The kernel levels, lowest first: plain SSE2 code, SSSE3, AVX2, AVX-512.
+enum class VectorLevel { kSse2, kSsse3, kAvx2, kAvx512 };
 
 // Runs no kernel above `level`; a level the processor lacks stays off.
 void setVectorLevel(VectorLevel level);
 
-// Off caps the level at SSSE3; turning AVX2 on has no effect on a processor
-// without it.
+// Off caps the level at SSSE3; on allows every level the processor has.
 void setAvx2Enabled(bool enabled);
 
 // The kernels other than the AVX2 ones are SSE code without VEX encoding. When

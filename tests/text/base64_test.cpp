@@ -140,6 +140,56 @@ TEST(Base64, EveryByteIsKeptOrSkippedAsTheAlphabetSays) {
   });
 }
 
+std::string breakLines(const std::string& text, size_t lineChars, const std::string& separator) {
+  std::string lines;
+  for (size_t i = 0; i < text.size(); i += lineChars) {
+    lines.append(text, i, lineChars);
+    lines += separator;
+  }
+  return lines;
+}
+
+// Text broken into lines of many lengths (around the vector sizes, multiples
+// of 4 or not; the last line full or short) by separators of one to nine bytes, as it stands and
+// with the shape broken once in its middle, through every decoder form at every level.
+TEST(Base64, LineBrokenTextOfEveryShapeMatchesTheReference) {
+  using Change = std::string (*)(std::string lines, size_t middle);
+  const Change changes[] = {
+      [](std::string lines, size_t) { return lines; },
+      [](std::string lines, size_t middle) { return lines.erase(middle, 1); },
+      [](std::string lines, size_t middle) { return lines.insert(middle, 1, '\n'); },
+      [](std::string lines, size_t middle) { return lines.replace(middle, 1, 1, '*'); },
+      [](std::string lines, size_t middle) { return lines.replace(middle, 1, 1, 'Q'); },
+  };
+  const std::string separators[] = {"\n", "\r\n", " \t\n\n", std::string(8, ' '),
+                                    std::string(9, ' ')};
+  qtatest::onEachVectorLevel([&](qtatest::VectorLevel level) {
+    const int at = static_cast<int>(level);
+    for (size_t lineChars :
+         {4, 16, 20, 31, 32, 36, 48, 60, 64, 72, 76, 100, 128, 132, 256, 260, 300}) {
+      // Seven and a bit lines ending in padding, and exactly four lines.
+      for (const size_t size : {lineChars * 7 + 5, lineChars * 3}) {
+        const std::string text = base64Encode(patternBytes(size));
+        for (const std::string& separator : separators) {
+          const std::string lines = breakLines(text, lineChars, separator);
+          for (const Change change : changes) {
+            for (const size_t middle : {lines.size() / 2, lines.size() - 2}) {
+              const std::string changed = change(lines, middle);
+              const std::string expected = base64ref::decodeStandard(changed);
+              ASSERT_EQ(decode(changed, false), expected) << lineChars << " " << middle << at;
+              ASSERT_EQ(decode(changed, true), base64ref::decodeUrl(changed)) << lineChars << at;
+              const auto decodeTo = [&](char* out, size_t capacity) {
+                return base64DecodeTo(changed, out, capacity);
+              };
+              ASSERT_EQ(writeExactly(expected.size(), expected.size(), decodeTo), expected);
+            }
+          }
+        }
+      }
+    }
+  });
+}
+
 // Each caller-buffer form writes what its allocating form returns, into a
 // buffer of exactly that size or of the advertised size, and writes nothing
 // into one byte less.

@@ -1,6 +1,6 @@
 // Runs a check on the code paths of the text codecs: the portable kernels and
-// the AVX2 ones (where the processor has them), or on every instruction-set
-// level the Unicode kernels have.
+// the AVX2 ones and up (where the processor has them), or on every
+// instruction-set level the kernels have.
 #ifndef QTA_TESTS_TEXT_CODE_PATHS_H_
 #define QTA_TESTS_TEXT_CODE_PATHS_H_
 
@@ -11,7 +11,8 @@
 
 namespace qtatest {
 
-// Calls run(avx2) with the AVX2 kernels switched off, then on; leaves them on.
+// Calls run(avx2) with the AVX2 kernels (and those above) switched off, then
+// on; leaves them on.
 template <typename Run>
 void onEachCodePath(Run run) {
   for (bool avx2 : {false, true}) {
@@ -35,7 +36,7 @@ void onCodePathPickedBy(size_t selector, Run run) {
 using qta::text::detail::VectorLevel;
 
 inline constexpr VectorLevel kVectorLevels[] = {VectorLevel::kSse2, VectorLevel::kSsse3,
-                                                VectorLevel::kAvx2};
+                                                VectorLevel::kAvx2, VectorLevel::kAvx512};
 
 inline const char* vectorLevelName(VectorLevel level) {
   switch (level) {
@@ -45,6 +46,8 @@ inline const char* vectorLevelName(VectorLevel level) {
       return "SSSE3";
     case VectorLevel::kAvx2:
       return "AVX2";
+    case VectorLevel::kAvx512:
+      return "AVX-512";
   }
   return "?";
 }
@@ -57,7 +60,7 @@ void onEachVectorLevel(Run run) {
     qta::text::detail::setVectorLevel(level);
     run(level);
   }
-  qta::text::detail::setVectorLevel(VectorLevel::kAvx2);
+  qta::text::detail::setVectorLevel(VectorLevel::kAvx512);
 }
 
 // Calls run(level) once, on the level `selector` picks; leaves every level on.
@@ -66,7 +69,7 @@ void onVectorLevelPickedBy(size_t selector, Run run) {
   const VectorLevel level = kVectorLevels[selector % std::size(kVectorLevels)];
   qta::text::detail::setVectorLevel(level);
   run(level);
-  qta::text::detail::setVectorLevel(VectorLevel::kAvx2);
+  qta::text::detail::setVectorLevel(VectorLevel::kAvx512);
 }
 
 }  // namespace qtatest
