@@ -6,7 +6,7 @@
 
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
-#include "text/utf_avx2.h"
+#include "text/utf8_encode_kernels.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -15,19 +15,32 @@ namespace {
 
 using detail::kBlock;
 
+template <typename Unit>
+using BlockEncoder = size_t (*)(const Unit*&, const Unit*, char*, size_t);
+
+// The vector kernel of the highest level switched on, or none.
+template <typename Unit>
+BlockEncoder<Unit> blockEncoder() {
+  if (detail::avx2Enabled()) return detail::encodeUtf8BlocksAvx2;
+  if (detail::ssse3Enabled()) return detail::encodeUtf8BlocksSsse3;
+  return nullptr;
+}
+
 // Converts from `src` until the input ends or the next code point does not fit
 // in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
-// Whole blocks of 16 ASCII units are narrowed at once; with AVX2, UTF-16
-// blocks without surrogates are converted by the block converter; the rest is
-// encoded one code point at a time. Units that encode to nothing are consumed even when the
-// output is full.
+// Whole blocks of 16 ASCII units are narrowed at once; other text goes to the
+// vector kernel, and what it does not handle is encoded one code point at a
+// time for a few units before the kernel is tried again. Units that encode to
+// nothing are consumed even when the output is full.
 template <typename Unit>
 size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
   detail::clearUpperState();
   const Unit* p = src;
   size_t written = 0;
-  const bool blocks = sizeof(Unit) == 2 && detail::avx2Enabled();
-  const Unit* scalarUntil = p;  // where the block converter may be tried again
+  const BlockEncoder<Unit> blocks = static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits
+                                        ? blockEncoder<Unit>()
+                                        : nullptr;
+  const Unit* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     uint32_t c = *p;
     if (c < 0x80) {
@@ -40,33 +53,35 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
       continue;
     }
+    // A lone non-ASCII unit in ASCII text is cheaper to encode on its own.
+    if (blocks && p >= scalarUntil && end - p >= 2 && p[1] >= 0x80) {
+      if (static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits &&
+          capacity - written >= detail::kEncodeBlocksMinRoom) {
+        const Unit* before = p;
+        written += blocks(p, end, dst + written, capacity - written);
+        if (p != before) continue;
+      }
+      scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
+    }
+    // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
+    // loop, up to where the kernel may take over.
+    const Unit* const runEnd = blocks ? scalarUntil : end;
+    const Unit* const runStart = p;
+    while (runEnd - p >= 2 && capacity - written >= 2) {
+      const uint32_t u = p[0];
+      if (u < 0x80) {
+        if (p[1] < 0x80) break;  // an ASCII run: the block copy above does it faster
+        dst[written++] = static_cast<char>(u);
+      } else if (u < 0x800) {
+        dst[written++] = static_cast<char>(0xC0 | u >> 6);
+        dst[written++] = static_cast<char>(0x80 | (u & 0x3F));
+      } else {
+        break;
+      }
+      ++p;
+    }
+    if (p != runStart) continue;
     if constexpr (sizeof(Unit) == 2) {
-      if (blocks && p >= scalarUntil) {
-        if (end - p >= 24 && capacity - written >= 32) {
-          const Unit* before = p;
-          written += detail::encodeBlocksAvx2(p, end, dst + written, capacity - written);
-          if (p != before) continue;
-        }
-        scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
-      }
-      // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
-      // loop, up to where the block converter may take over.
-      const Unit* const runEnd = blocks && end - p >= 24 ? scalarUntil : end;
-      const Unit* const runStart = p;
-      while (runEnd - p >= 2 && capacity - written >= 2) {
-        const uint32_t u = p[0];
-        if (u < 0x80) {
-          if (p[1] < 0x80) break;  // an ASCII run: the block copy above does it faster
-          dst[written++] = static_cast<char>(u);
-        } else if (u < 0x800) {
-          dst[written++] = static_cast<char>(0xC0 | u >> 6);
-          dst[written++] = static_cast<char>(0x80 | (u & 0x3F));
-        } else {
-          break;
-        }
-        ++p;
-      }
-      if (p != runStart) continue;
       if (detail::isHighSurrogate(c) && end - p >= 2 && detail::isLowSurrogate(p[1])) {
         if (capacity - written < 4) break;
         detail::encodeFourBytes(0x10000 + ((c & 0x3FF) << 10 | (p[1] & 0x3FFu)), dst + written);
