@@ -18,12 +18,53 @@ using detail::kBlock;
 template <typename Unit>
 using BlockEncoder = size_t (*)(const Unit*&, const Unit*, char*, size_t);
 
-// The vector kernel of the highest level switched on, or none.
+// The vector kernel of the highest level in `features`, or none.
 template <typename Unit>
-BlockEncoder<Unit> blockEncoder() {
-  if (detail::avx2Enabled()) return detail::encodeUtf8BlocksAvx2;
-  if (detail::ssse3Enabled()) return detail::encodeUtf8BlocksSsse3;
+BlockEncoder<Unit> blockEncoder(unsigned features) {
+  if ((features & detail::kUseAvx2) != 0) return detail::encodeUtf8BlocksAvx2;
+  if ((features & detail::kUseSsse3) != 0) return detail::encodeUtf8BlocksSsse3;
   return nullptr;
+}
+
+// Stores the 16 units at `p`, some of them not ASCII, narrowed to bytes at
+// `out` and returns how many of them, from the first, are ASCII; stores nothing
+// and returns 0 when some unit is a surrogate. The bytes past the ASCII ones
+// are overwritten later: the units they stand for each write at least one byte.
+inline size_t narrowAsciiPrefix(const char16_t* p, char* out) {
+  const __m128i a = detail::loadBytes(p);
+  const __m128i b = detail::loadBytes(p + 8);
+  const __m128i top5 = _mm_set1_epi16(static_cast<short>(0xF800));
+  const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
+  const __m128i surrogates = _mm_or_si128(_mm_cmpeq_epi16(_mm_and_si128(a, top5), surrogate),
+                                          _mm_cmpeq_epi16(_mm_and_si128(b, top5), surrogate));
+  if (_mm_movemask_epi8(surrogates) != 0) return 0;
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(a, b));
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i high9 = _mm_set1_epi16(static_cast<short>(0xFF80));
+  const auto ascii = static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(a, high9), zero),
+                                        _mm_cmpeq_epi16(_mm_and_si128(b, high9), zero))));
+  return static_cast<size_t>(__builtin_ctz(~ascii));
+}
+
+// Narrows whole blocks of 16 ASCII units, then (from UTF-16) the ASCII units
+// that start the next block. Advances `p`; returns the bytes written.
+template <typename Unit>
+size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room) {
+  size_t written = 0;
+  while (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock &&
+         detail::narrowAscii(p, out + written)) {
+    p += kBlock;
+    written += kBlock;
+  }
+  if constexpr (sizeof(Unit) == 2) {
+    if (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock) {
+      const size_t ascii = narrowAsciiPrefix(p, out + written);
+      p += ascii;
+      written += ascii;
+    }
+  }
+  return written;
 }
 
 // Converts from `src` until the input ends or the next code point does not fit
@@ -37,19 +78,22 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
   detail::clearUpperState();
   const Unit* p = src;
   size_t written = 0;
-  const BlockEncoder<Unit> blocks = static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits
-                                        ? blockEncoder<Unit>()
-                                        : nullptr;
+  // Short texts leave the kernels alone.
+  const size_t units = static_cast<size_t>(end - p);
+  const unsigned features = units >= detail::kEncodeBlocksMinUnits ? detail::vectorFeatures() : 0;
+  const BlockEncoder<Unit> blocks = blockEncoder<Unit>(features);
+  const bool wideAscii =
+      sizeof(Unit) == 2 && units >= detail::kAsciiRunUnits && (features & detail::kUseAvx2) != 0;
   const Unit* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     uint32_t c = *p;
     if (c < 0x80) {
       if (written == capacity) break;
-      while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock &&
-             detail::narrowAscii(p, dst + written)) {
-        p += kBlock;
-        written += kBlock;
+      if constexpr (sizeof(Unit) == 2) {
+        if (wideAscii)
+          written += detail::narrowAsciiAvx2(p, end, dst + written, capacity - written);
       }
+      written += narrowAsciiBlocks(p, end, dst + written, capacity - written);
       while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
       continue;
     }
