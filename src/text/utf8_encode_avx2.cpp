@@ -25,7 +25,9 @@ struct Units16 {
     units = _mm256_permute4x64_epi64(_mm256_packus_epi32(a, b), 0xD8);
     return _mm256_testz_si256(a | b, splat32(0xFFFF0000));
   }
-  QTA_ENCODE_KERNEL static V splat(uint16_t u) { return _mm256_set1_epi16(static_cast<short>(u)); }
+  QTA_ENCODE_KERNEL static V splat(uint16_t u) {
+    return opaque(_mm256_set1_epi16(static_cast<short>(u)));
+  }
   template <int n>
   QTA_ENCODE_KERNEL static V srli(V v) {
     return _mm256_srli_epi16(v, n);
@@ -35,7 +37,9 @@ struct Units16 {
     return _mm256_slli_epi16(v, n);
   }
   QTA_ENCODE_KERNEL static V equal(V a, V b) { return _mm256_cmpeq_epi16(a, b); }
-  QTA_ENCODE_KERNEL static V splat32(uint32_t u) { return _mm256_set1_epi32(static_cast<int>(u)); }
+  QTA_ENCODE_KERNEL static V splat32(uint32_t u) {
+    return opaque(_mm256_set1_epi32(static_cast<int>(u)));
+  }
   template <int n>
   QTA_ENCODE_KERNEL static V srli32(V v) {
     return _mm256_srli_epi32(v, n);
@@ -49,8 +53,14 @@ struct Units16 {
   QTA_ENCODE_KERNEL static V select(V m, V a, V b) { return _mm256_blendv_epi8(b, a, m); }
   QTA_ENCODE_KERNEL static V unpackLow(V a, V b) { return _mm256_unpacklo_epi16(a, b); }
   QTA_ENCODE_KERNEL static V unpackHigh(V a, V b) { return _mm256_unpackhi_epi16(a, b); }
-  QTA_ENCODE_KERNEL static unsigned signMask(V a, V b) {
-    return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_packs_epi16(a, b)));
+  QTA_ENCODE_KERNEL static unsigned quarterMasks(V a, V b) {
+    const V order = _mm256_setr_epi8(0, 1, 2, 3, 8, 9, 10, 11, 4, 5, 6, 7, 12, 13, 14, 15, 0, 1, 2,
+                                     3, 8, 9, 10, 11, 4, 5, 6, 7, 12, 13, 14, 15);
+    return static_cast<unsigned>(
+        _mm256_movemask_epi8(_mm256_shuffle_epi8(_mm256_packs_epi16(a, b), order)));
+  }
+  QTA_ENCODE_KERNEL static unsigned laneMasks(V a) {
+    return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_packs_epi16(a, a)));
   }
   QTA_ENCODE_KERNEL static bool anySet(V m) { return !_mm256_testz_si256(m, m); }
   QTA_ENCODE_KERNEL static bool allSet(V m) { return _mm256_movemask_epi8(m) == -1; }

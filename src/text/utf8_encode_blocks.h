@@ -97,11 +97,23 @@ constexpr size_t kPlainAhead = 16;
 //   splat32(u), srli32<n>, slli32<n>, add32, equal32   on 32-bit lanes
 //   select(m, a, b)        a where m is set, else b
 //   unpackLow, unpackHigh  16-bit lanes interleaved, within each part
-//   signMask(a, b)         the sign bits of the bytes of packs(a, b), within parts
+//   quarterMasks(a, b)     one bit per lane of the comparison results a and b,
+//                          per 16-byte part a's first four lanes, b's first
+//                          four, a's last four, b's last four
+//   laneMasks(a)           one bit per lane of a, bits 16p to 16p+7 for part p
 //   anySet(m), allSet(m)   of comparison results
 //   shuffle(v, s)          part i shuffled by s[i]->index
 //   part<i>(v)             16-byte part i
 // plus &, | on V.
+
+// `v`, hidden from the compiler's view of constants. Without this, the loops
+// build their constant vectors again in every iteration (from an integer
+// register, three instructions each) rather than keep them in registers.
+template <typename V>
+QTA_ENCODE_KERNEL V opaque(V v) {
+  asm("" : "+x"(v));
+  return v;
+}
 
 // The operations on 16-byte vectors, which every kernel's instruction sets
 // include: the whole SSSE3 kernel, and the wider kernels' last blocks.
@@ -121,7 +133,9 @@ struct Units8 {
     units = _mm_packs_epi32(_mm_sub_epi32(a, bias), _mm_sub_epi32(b, bias)) ^ splat(0x8000);
     return allSet(equal32((a | b) & splat32(0xFFFF0000), splat32(0)));
   }
-  QTA_ENCODE_KERNEL static V splat(uint16_t u) { return _mm_set1_epi16(static_cast<short>(u)); }
+  QTA_ENCODE_KERNEL static V splat(uint16_t u) {
+    return opaque(_mm_set1_epi16(static_cast<short>(u)));
+  }
   template <int n>
   QTA_ENCODE_KERNEL static V srli(V v) {
     return _mm_srli_epi16(v, n);
@@ -131,7 +145,9 @@ struct Units8 {
     return _mm_slli_epi16(v, n);
   }
   QTA_ENCODE_KERNEL static V equal(V a, V b) { return _mm_cmpeq_epi16(a, b); }
-  QTA_ENCODE_KERNEL static V splat32(uint32_t u) { return _mm_set1_epi32(static_cast<int>(u)); }
+  QTA_ENCODE_KERNEL static V splat32(uint32_t u) {
+    return opaque(_mm_set1_epi32(static_cast<int>(u)));
+  }
   template <int n>
   QTA_ENCODE_KERNEL static V srli32(V v) {
     return _mm_srli_epi32(v, n);
@@ -145,8 +161,12 @@ struct Units8 {
   QTA_ENCODE_KERNEL static V select(V m, V a, V b) { return (m & a) | _mm_andnot_si128(m, b); }
   QTA_ENCODE_KERNEL static V unpackLow(V a, V b) { return _mm_unpacklo_epi16(a, b); }
   QTA_ENCODE_KERNEL static V unpackHigh(V a, V b) { return _mm_unpackhi_epi16(a, b); }
-  QTA_ENCODE_KERNEL static unsigned signMask(V a, V b) {
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(a, b)));
+  QTA_ENCODE_KERNEL static unsigned quarterMasks(V a, V b) {
+    const V order = _mm_setr_epi8(0, 1, 2, 3, 8, 9, 10, 11, 4, 5, 6, 7, 12, 13, 14, 15);
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_shuffle_epi8(_mm_packs_epi16(a, b), order)));
+  }
+  QTA_ENCODE_KERNEL static unsigned laneMasks(V a) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(a, a)));
   }
   QTA_ENCODE_KERNEL static bool anySet(V m) { return _mm_movemask_epi8(m) != 0; }
   QTA_ENCODE_KERNEL static bool allSet(V m) { return _mm_movemask_epi8(m) == 0xFFFF; }
@@ -190,12 +210,13 @@ QTA_ENCODE_KERNEL char* storeShuffled(char* out, typename Vec::V packed,
 
 // Units below 0x800: each lane holds its 1 or 2 bytes, packed by the ASCII mask.
 template <typename Vec, typename V = typename Vec::V>
-QTA_ENCODE_KERNEL char* belowU800(char* out, V units, V ascii, unsigned masks) {
+QTA_ENCODE_KERNEL char* belowU800(char* out, V units, V ascii) {
+  const unsigned asciiMasks = Vec::laneMasks(ascii);
   const V two = Vec::template srli<6>(units) | Vec::template slli<8>(units & Vec::splat(0x3F)) |
                 Vec::splat(0x80C0);
   const PackShuffle* shuffles[Vec::kParts];
   for (size_t part = 0; part < Vec::kParts; ++part) {
-    shuffles[part] = &kTwoByteShuffles[masks >> 16 * part & 0xFF];
+    shuffles[part] = &kTwoByteShuffles[asciiMasks >> 16 * part & 0xFF];
   }
   const V packed = Vec::shuffle(Vec::select(ascii, units, two), shuffles);
   out = storeShuffled<Vec, 0>(out, packed, shuffles);
@@ -246,10 +267,9 @@ QTA_ENCODE_KERNEL char* mixed(char* out, V units, V ascii, V below800, unsigned 
   const V tails = lastContinuations<Vec>(units);
   const V low = Vec::unpackLow(heads, tails);
   const V high = Vec::unpackHigh(heads, tails);
-  // The index of four units: ASCII bits below, below-0x800 bits above.
+  // The index of four units: their ASCII bits below, below-0x800 bits above.
   const auto index = [masks](size_t part, unsigned quarter) {
-    const unsigned m = masks >> (16 * part + 4 * quarter);
-    return (m & 0xF) | (m >> 4 & 0xF0);
+    return masks >> (16 * part + 8 * quarter) & 0xFF;
   };
   const PackShuffle* lowShuffles[Vec::kParts];
   const PackShuffle* highShuffles[Vec::kParts];
@@ -305,9 +325,9 @@ QTA_ENCODE_KERNEL size_t encodeBlocks(const Unit*& src, const Unit* end, char* o
   using V = typename Vec::V;
   constexpr size_t kUnits = Vec::kUnits;
   constexpr size_t kStepRoom = 3 * kUnits + kPlainAhead;  // a step's output and overstore
-  // Every 16-bit part's sign-mask byte set: all lanes ASCII, or all below 0x800.
-  constexpr unsigned kAllAscii = Vec::kParts == 1 ? 0xFF : 0xFF00FF;
-  constexpr unsigned kAllBelowU800 = kAllAscii << 8;
+  // Every lane's bit set in quarterMasks(ascii, below800): all ASCII, or all below 0x800.
+  constexpr unsigned kAllAscii = Vec::kParts == 1 ? 0x0F0F : 0x0F0F0F0F;
+  constexpr unsigned kAllBelowU800 = kAllAscii << 4;
   if (room < kStepRoom) return 0;
   const Unit* p = src;
   char* o = out;
@@ -337,10 +357,10 @@ QTA_ENCODE_KERNEL size_t encodeBlocks(const Unit*& src, const Unit* end, char* o
     const V zero = Vec::splat(0);
     const V ascii = Vec::equal(units & Vec::splat(0xFF80), zero);
     const V below800 = Vec::equal(units & Vec::splat(0xF800), zero);
-    const unsigned masks = Vec::signMask(ascii, below800);
+    const unsigned masks = Vec::quarterMasks(ascii, below800);
     if ((masks & kAllAscii) == kAllAscii) break;  // the caller's ASCII loop is faster
     if ((masks & kAllBelowU800) == kAllBelowU800) {
-      o = belowU800<Vec>(o, units, ascii, masks);
+      o = belowU800<Vec>(o, units, ascii);
     } else if ((masks & kAllBelowU800) == 0) {
       o = threeBytes<Vec>(o, units);
     } else {
