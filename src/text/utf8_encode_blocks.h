@@ -185,18 +185,36 @@ QTA_ENCODE_KERNEL void storePart(char* out, __m128i part) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(out), part);
 }
 
+// The constant vectors of the steps, built once before a kernel's loop.
+template <typename Vec>
+struct Constants {
+  using V = typename Vec::V;
+  V zero, low6, high9, top5, surrogate, twoByteMarks, threeByteMarks, continuationMark;
+
+  QTA_ENCODE_KERNEL Constants()
+      : zero(Vec::splat(0)),
+        low6(Vec::splat(0x3F)),
+        high9(Vec::splat(0xFF80)),
+        top5(Vec::splat(0xF800)),
+        surrogate(Vec::splat(0xD800)),
+        twoByteMarks(Vec::splat(0x80C0)),
+        threeByteMarks(Vec::splat(0x80E0)),
+        continuationMark(Vec::splat(0x80)) {}
+};
+
 // True when the vector at `p` holds no unit outside the plain range (below
 // 0x10000 and not a surrogate); its units are then in `units`.
 template <typename Vec>
-QTA_ENCODE_KERNEL bool plainBlock(const char16_t* p, typename Vec::V& units) {
+QTA_ENCODE_KERNEL bool plainBlock(const char16_t* p, typename Vec::V& units,
+                                  const Constants<Vec>& k) {
   units = Vec::load(p);
-  return !Vec::anySet(Vec::equal(units & Vec::splat(0xF800), Vec::splat(0xD800)));
+  return !Vec::anySet(Vec::equal(units & k.top5, k.surrogate));
 }
 
 template <typename Vec>
-QTA_ENCODE_KERNEL bool plainBlock(const char32_t* p, typename Vec::V& units) {
-  return Vec::narrow(p, units) &&
-         !Vec::anySet(Vec::equal(units & Vec::splat(0xF800), Vec::splat(0xD800)));
+QTA_ENCODE_KERNEL bool plainBlock(const char32_t* p, typename Vec::V& units,
+                                  const Constants<Vec>& k) {
+  return Vec::narrow(p, units) && !Vec::anySet(Vec::equal(units & k.top5, k.surrogate));
 }
 
 // Stores part `i` of `packed`, shuffled by shuffles[i], at `out`; returns the
@@ -208,12 +226,17 @@ QTA_ENCODE_KERNEL char* storeShuffled(char* out, typename Vec::V packed,
   return out + shuffles[i]->length;
 }
 
+// Each unit's two bytes as if it took two: the lead byte below.
+template <typename Vec, typename V = typename Vec::V>
+QTA_ENCODE_KERNEL V twoByteForms(V units, const Constants<Vec>& k) {
+  return Vec::template srli<6>(units) | Vec::template slli<8>(units & k.low6) | k.twoByteMarks;
+}
+
 // Units below 0x800: each lane holds its 1 or 2 bytes, packed by the ASCII mask.
 template <typename Vec, typename V = typename Vec::V>
-QTA_ENCODE_KERNEL char* belowU800(char* out, V units, V ascii) {
+QTA_ENCODE_KERNEL char* belowU800(char* out, V units, V ascii, const Constants<Vec>& k) {
   const unsigned asciiMasks = Vec::laneMasks(ascii);
-  const V two = Vec::template srli<6>(units) | Vec::template slli<8>(units & Vec::splat(0x3F)) |
-                Vec::splat(0x80C0);
+  const V two = twoByteForms<Vec>(units, k);
   const PackShuffle* shuffles[Vec::kParts];
   for (size_t part = 0; part < Vec::kParts; ++part) {
     shuffles[part] = &kTwoByteShuffles[asciiMasks >> 16 * part & 0xFF];
@@ -227,24 +250,23 @@ QTA_ENCODE_KERNEL char* belowU800(char* out, V units, V ascii) {
 // Each unit's first two bytes as if it took three: the lead byte below, the
 // first continuation byte above.
 template <typename Vec, typename V = typename Vec::V>
-QTA_ENCODE_KERNEL V threeByteHeads(V units) {
+QTA_ENCODE_KERNEL V threeByteHeads(V units, const Constants<Vec>& k) {
   return Vec::template srli<12>(units) |
-         Vec::template slli<8>(Vec::template srli<6>(units) & Vec::splat(0x3F)) |
-         Vec::splat(0x80E0);
+         Vec::template slli<8>(Vec::template srli<6>(units) & k.low6) | k.threeByteMarks;
 }
 
 // Each unit's last continuation byte.
 template <typename Vec, typename V = typename Vec::V>
-QTA_ENCODE_KERNEL V lastContinuations(V units) {
-  return (units & Vec::splat(0x3F)) | Vec::splat(0x80);
+QTA_ENCODE_KERNEL V lastContinuations(V units, const Constants<Vec>& k) {
+  return (units & k.low6) | k.continuationMark;
 }
 
 // Units from 0x800 up: three bytes each, packed by a fixed shuffle. Each
 // 16-byte part's 24 bytes are stored as two 12-byte pieces.
 template <typename Vec, typename V = typename Vec::V>
-QTA_ENCODE_KERNEL char* threeBytes(char* out, V units) {
-  const V heads = threeByteHeads<Vec>(units);
-  const V tails = lastContinuations<Vec>(units);
+QTA_ENCODE_KERNEL char* threeBytes(char* out, V units, const Constants<Vec>& k) {
+  const V heads = threeByteHeads<Vec>(units, k);
+  const V tails = lastContinuations<Vec>(units, k);
   const PackShuffle* shuffles[Vec::kParts];
   for (auto& s : shuffles) s = &kMixedShuffles[0];
   const V low = Vec::shuffle(Vec::unpackLow(heads, tails), shuffles);
@@ -260,11 +282,12 @@ QTA_ENCODE_KERNEL char* threeBytes(char* out, V units) {
 
 // Any mix of 1-, 2- and 3-byte units: each 32-bit lane holds one unit's bytes.
 template <typename Vec, typename V = typename Vec::V>
-QTA_ENCODE_KERNEL char* mixed(char* out, V units, V ascii, V below800, unsigned masks) {
-  const V two = Vec::template srli<6>(units) | Vec::template slli<8>(units & Vec::splat(0x3F)) |
-                Vec::splat(0x80C0);
-  const V heads = Vec::select(below800, Vec::select(ascii, units, two), threeByteHeads<Vec>(units));
-  const V tails = lastContinuations<Vec>(units);
+QTA_ENCODE_KERNEL char* mixed(char* out, V units, V ascii, V below800, unsigned masks,
+                              const Constants<Vec>& k) {
+  const V two = twoByteForms<Vec>(units, k);
+  const V heads =
+      Vec::select(below800, Vec::select(ascii, units, two), threeByteHeads<Vec>(units, k));
+  const V tails = lastContinuations<Vec>(units, k);
   const V low = Vec::unpackLow(heads, tails);
   const V high = Vec::unpackHigh(heads, tails);
   // The index of four units: their ASCII bits below, below-0x800 bits above.
@@ -288,33 +311,42 @@ QTA_ENCODE_KERNEL char* mixed(char* out, V units, V ascii, V below800, unsigned 
   return out;
 }
 
-// A block of surrogate pairs, each starting a 32-bit lane: their 4-byte forms
-// (exactly the block's output, nothing past it). Else writes nothing.
+// Blocks of surrogate pairs, each starting a 32-bit lane (emoji), while they
+// last, whole blocks remain and a block starts at most `reach` bytes past `out`:
+// their 4-byte forms, exactly the blocks' output. Advances `p`; returns the end
+// of the output.
 template <typename Vec>
-QTA_ENCODE_KERNEL bool surrogatePairs(const char16_t* p, char*& out) {
+QTA_ENCODE_KERNEL char* surrogatePairs(const char16_t*& p, const char16_t* end, char* out,
+                                       size_t reach) {
   using V = typename Vec::V;
-  const V pairs = Vec::load(p);  // the high surrogate below, the low one above
-  if (!Vec::allSet(Vec::equal32(pairs & Vec::splat32(0xFC00FC00), Vec::splat32(0xDC00D800)))) {
-    return false;
-  }
+  const V shapeBits = Vec::splat32(0xFC00FC00);
+  const V shape = Vec::splat32(0xDC00D800);  // the high surrogate below, the low one above
   const V tenBits = Vec::splat32(0x3FF);
-  const V value = Vec::add32(
-      Vec::template slli32<10>(pairs & tenBits) | (Vec::template srli32<16>(pairs) & tenBits),
-      Vec::splat32(0x10000));
+  const V planeOne = Vec::splat32(0x10000);
   const V six = Vec::splat32(0x3F);
-  const V bytes = Vec::template srli32<18>(value) |
-                  Vec::template slli32<8>(Vec::template srli32<12>(value) & six) |
-                  Vec::template slli32<16>(Vec::template srli32<6>(value) & six) |
-                  Vec::template slli32<24>(value & six) | Vec::splat32(0x808080F0);
-  storePart(out, Vec::template part<0>(bytes));
-  if constexpr (Vec::kParts == 2) storePart(out + 16, Vec::template part<1>(bytes));
-  out += 2 * Vec::kUnits;
-  return true;
+  const V markers = Vec::splat32(0x808080F0);
+  const char* const start = out;
+  while (static_cast<size_t>(end - p) >= Vec::kUnits && static_cast<size_t>(out - start) <= reach) {
+    const V pairs = Vec::load(p);
+    if (!Vec::allSet(Vec::equal32(pairs & shapeBits, shape))) break;
+    const V value = Vec::add32(
+        Vec::template slli32<10>(pairs & tenBits) | (Vec::template srli32<16>(pairs) & tenBits),
+        planeOne);
+    const V bytes = Vec::template srli32<18>(value) |
+                    Vec::template slli32<8>(Vec::template srli32<12>(value) & six) |
+                    Vec::template slli32<16>(Vec::template srli32<6>(value) & six) |
+                    Vec::template slli32<24>(value & six) | markers;
+    storePart(out, Vec::template part<0>(bytes));
+    if constexpr (Vec::kParts == 2) storePart(out + 16, Vec::template part<1>(bytes));
+    out += 2 * Vec::kUnits;
+    p += Vec::kUnits;
+  }
+  return out;
 }
 
 template <typename Vec>
-QTA_ENCODE_KERNEL bool surrogatePairs(const char32_t*, char*&) {
-  return false;
+QTA_ENCODE_KERNEL char* surrogatePairs(const char32_t*&, const char32_t*, char* out, size_t) {
+  return out;
 }
 
 // Converts blocks from `src` while a block and the kPlainAhead units after it
@@ -329,6 +361,7 @@ QTA_ENCODE_KERNEL size_t encodeBlocks(const Unit*& src, const Unit* end, char* o
   constexpr unsigned kAllAscii = Vec::kParts == 1 ? 0x0F0F : 0x0F0F0F0F;
   constexpr unsigned kAllBelowU800 = kAllAscii << 4;
   if (room < kStepRoom) return 0;
+  const Constants<Vec> k;
   const Unit* p = src;
   char* o = out;
   const Unit* plainUntil = p;  // the units from p up to here are plain
@@ -337,34 +370,28 @@ QTA_ENCODE_KERNEL size_t encodeBlocks(const Unit*& src, const Unit* end, char* o
     // A block not known to be plain may start a run of surrogate pairs (emoji),
     // converted in a loop of its own.
     if (plainUntil <= p) {
-      if (surrogatePairs<Vec>(p, o)) {
-        p += kUnits;
-        while (static_cast<size_t>(end - p) >= kUnits &&
-               static_cast<size_t>(o - out) <= room - kStepRoom && surrogatePairs<Vec>(p, o)) {
-          p += kUnits;
-        }
-        continue;
-      }
+      char* const before = o;
+      o = surrogatePairs<Vec>(p, end, o, room - kStepRoom - static_cast<size_t>(o - out));
+      if (o != before) continue;
       plainUntil = p;
     }
     V ahead;
-    while (plainUntil < p + kUnits + kPlainAhead && plainBlock<Vec>(plainUntil, ahead)) {
+    while (plainUntil < p + kUnits + kPlainAhead && plainBlock<Vec>(plainUntil, ahead, k)) {
       plainUntil += kUnits;
     }
     if (plainUntil < p + kUnits + kPlainAhead) break;
     V units;
-    plainBlock<Vec>(p, units);
-    const V zero = Vec::splat(0);
-    const V ascii = Vec::equal(units & Vec::splat(0xFF80), zero);
-    const V below800 = Vec::equal(units & Vec::splat(0xF800), zero);
+    plainBlock<Vec>(p, units, k);
+    const V ascii = Vec::equal(units & k.high9, k.zero);
+    const V below800 = Vec::equal(units & k.top5, k.zero);
     const unsigned masks = Vec::quarterMasks(ascii, below800);
     if ((masks & kAllAscii) == kAllAscii) break;  // the caller's ASCII loop is faster
     if ((masks & kAllBelowU800) == kAllBelowU800) {
-      o = belowU800<Vec>(o, units, ascii);
+      o = belowU800<Vec>(o, units, ascii, k);
     } else if ((masks & kAllBelowU800) == 0) {
-      o = threeBytes<Vec>(o, units);
+      o = threeBytes<Vec>(o, units, k);
     } else {
-      o = mixed<Vec>(o, units, ascii, below800, masks);
+      o = mixed<Vec>(o, units, ascii, below800, masks, k);
     }
     p += kUnits;
   }
