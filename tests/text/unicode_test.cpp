@@ -99,6 +99,29 @@ TEST(UnicodeEncode, OddUnitsInRunsOnEveryPath) {
   }
 }
 
+// Texts that change shape between and inside blocks: every ordered pair of
+// runs of each shape, at lengths that end a run anywhere in a block, so the
+// kernels hand over between their steps, their ASCII loop and the scalar code.
+TEST(UnicodeEncode, ShapeChangesOnEveryPath) {
+  const std::u16string shapes[] = {u"a",          u"\u0416",        u"\u4E2D",
+                                   u"\U0001F600", u"\u0416 \u4E2D", std::u16string{0xDC00}};
+  for (const std::u16string& first : shapes) {
+    for (const std::u16string& second : shapes) {
+      for (size_t firstUnits : {7, 24, 41}) {
+        std::u16string input;
+        while (input.size() < firstUnits) input += first;
+        while (input.size() < firstUnits + 70) input += second;
+        const std::u32string input32(input.begin(), input.end());
+        const auto check = [&] {
+          return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, input) +
+                 unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, input32);
+        };
+        EXPECT_EQ(unicoderef::onEveryPath(check), "") << testing::PrintToString(input);
+      }
+    }
+  }
+}
+
 // The table holds the reference model to the rules; the library is held to the
 // model with each case inside ASCII padding of many lengths, so that it lands at
 // every position of the block-wise fast paths (padding never changes how the
