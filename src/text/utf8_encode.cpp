@@ -6,7 +6,7 @@
 
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
-#include "text/utf_avx2.h"
+#include "text/utf8_encode_kernels.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -15,58 +15,117 @@ namespace {
 
 using detail::kBlock;
 
+template <typename Unit>
+using BlockEncoder = size_t (*)(const Unit*&, const Unit*, char*, size_t);
+
+// The vector kernel of the highest level in `features`, or none.
+template <typename Unit>
+BlockEncoder<Unit> blockEncoder(unsigned features) {
+  if ((features & detail::kUseAvx2) != 0) return detail::encodeUtf8BlocksAvx2;
+  if ((features & detail::kUseSsse3) != 0) return detail::encodeUtf8BlocksSsse3;
+  return nullptr;
+}
+
+// Stores the 16 units at `p`, some of them not ASCII, narrowed to bytes at
+// `out` and returns how many of them, from the first, are ASCII; stores nothing
+// and returns 0 when some unit is a surrogate. The bytes past the ASCII ones
+// are overwritten later: the units they stand for each write at least one byte.
+inline size_t narrowAsciiPrefix(const char16_t* p, char* out) {
+  const __m128i a = detail::loadBytes(p);
+  const __m128i b = detail::loadBytes(p + 8);
+  const __m128i top5 = _mm_set1_epi16(static_cast<short>(0xF800));
+  const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
+  const __m128i surrogates = _mm_or_si128(_mm_cmpeq_epi16(_mm_and_si128(a, top5), surrogate),
+                                          _mm_cmpeq_epi16(_mm_and_si128(b, top5), surrogate));
+  if (_mm_movemask_epi8(surrogates) != 0) return 0;
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(a, b));
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i high9 = _mm_set1_epi16(static_cast<short>(0xFF80));
+  const auto ascii = static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(a, high9), zero),
+                                        _mm_cmpeq_epi16(_mm_and_si128(b, high9), zero))));
+  return static_cast<size_t>(__builtin_ctz(~ascii));
+}
+
+// Narrows whole blocks of 16 ASCII units, then (from UTF-16) the ASCII units
+// that start the next block. Advances `p`; returns the bytes written.
+template <typename Unit>
+size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room) {
+  size_t written = 0;
+  while (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock &&
+         detail::narrowAscii(p, out + written)) {
+    p += kBlock;
+    written += kBlock;
+  }
+  if constexpr (sizeof(Unit) == 2) {
+    if (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock) {
+      const size_t ascii = narrowAsciiPrefix(p, out + written);
+      p += ascii;
+      written += ascii;
+    }
+  }
+  return written;
+}
+
 // Converts from `src` until the input ends or the next code point does not fit
 // in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
-// Whole blocks of 16 ASCII units are narrowed at once; with AVX2, UTF-16
-// blocks without surrogates are converted by the block converter; the rest is
-// encoded one code point at a time. Units that encode to nothing are consumed even when the
-// output is full.
+// Whole blocks of 16 ASCII units are narrowed at once; other text goes to the
+// vector kernel, and what it does not handle is encoded one code point at a
+// time for a few units before the kernel is tried again. Units that encode to
+// nothing are consumed even when the output is full.
 template <typename Unit>
 size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
   detail::clearUpperState();
   const Unit* p = src;
   size_t written = 0;
-  const bool blocks = sizeof(Unit) == 2 && detail::avx2Enabled();
-  const Unit* scalarUntil = p;  // where the block converter may be tried again
+  // Short texts leave the kernels alone.
+  const size_t units = static_cast<size_t>(end - p);
+  const unsigned features = units >= detail::kEncodeBlocksMinUnits ? detail::vectorFeatures() : 0;
+  const BlockEncoder<Unit> blocks = blockEncoder<Unit>(features);
+  const bool wideAscii =
+      sizeof(Unit) == 2 && units >= detail::kAsciiRunUnits && (features & detail::kUseAvx2) != 0;
+  const Unit* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     uint32_t c = *p;
     if (c < 0x80) {
       if (written == capacity) break;
-      while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock &&
-             detail::narrowAscii(p, dst + written)) {
-        p += kBlock;
-        written += kBlock;
+      if constexpr (sizeof(Unit) == 2) {
+        if (wideAscii)
+          written += detail::narrowAsciiAvx2(p, end, dst + written, capacity - written);
       }
+      written += narrowAsciiBlocks(p, end, dst + written, capacity - written);
       while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
       continue;
     }
+    // A lone non-ASCII unit in ASCII text is cheaper to encode on its own.
+    if (blocks && p >= scalarUntil && end - p >= 2 && p[1] >= 0x80) {
+      if (static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits &&
+          capacity - written >= detail::kEncodeBlocksMinRoom) {
+        const Unit* before = p;
+        written += blocks(p, end, dst + written, capacity - written);
+        if (p != before) continue;
+      }
+      scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
+    }
+    // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
+    // loop, up to where the kernel may take over.
+    const Unit* const runEnd = blocks ? scalarUntil : end;
+    const Unit* const runStart = p;
+    while (runEnd - p >= 2 && capacity - written >= 2) {
+      const uint32_t u = p[0];
+      if (u < 0x80) {
+        if (p[1] < 0x80) break;  // an ASCII run: the block copy above does it faster
+        dst[written++] = static_cast<char>(u);
+      } else if (u < 0x800) {
+        dst[written++] = static_cast<char>(0xC0 | u >> 6);
+        dst[written++] = static_cast<char>(0x80 | (u & 0x3F));
+      } else {
+        break;
+      }
+      ++p;
+    }
+    if (p != runStart) continue;
     if constexpr (sizeof(Unit) == 2) {
-      if (blocks && p >= scalarUntil) {
-        if (end - p >= 24 && capacity - written >= 32) {
-          const Unit* before = p;
-          written += detail::encodeBlocksAvx2(p, end, dst + written, capacity - written);
-          if (p != before) continue;
-        }
-        scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
-      }
-      // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
-      // loop, up to where the block converter may take over.
-      const Unit* const runEnd = blocks && end - p >= 24 ? scalarUntil : end;
-      const Unit* const runStart = p;
-      while (runEnd - p >= 2 && capacity - written >= 2) {
-        const uint32_t u = p[0];
-        if (u < 0x80) {
-          if (p[1] < 0x80) break;  // an ASCII run: the block copy above does it faster
-          dst[written++] = static_cast<char>(u);
-        } else if (u < 0x800) {
-          dst[written++] = static_cast<char>(0xC0 | u >> 6);
-          dst[written++] = static_cast<char>(0x80 | (u & 0x3F));
-        } else {
-          break;
-        }
-        ++p;
-      }
-      if (p != runStart) continue;
       if (detail::isHighSurrogate(c) && end - p >= 2 && detail::isLowSurrogate(p[1])) {
         if (capacity - written < 4) break;
         detail::encodeFourBytes(0x10000 + ((c & 0x3FF) << 10 | (p[1] & 0x3FFu)), dst + written);

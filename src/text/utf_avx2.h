@@ -20,13 +20,6 @@ namespace qta::text::detail {
 size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char16_t* out, size_t room);
 size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char32_t* out, size_t room);
 
-// UTF-16 to UTF-8 over blocks: 16 units that are eight surrogate pairs, 16
-// units below 0x800, or 8 units without surrogates; the last two only when the
-// 24 units from the block's start hold no surrogates, so that the output still
-// to come covers the blocks' wider stores. Works while at least 24 units remain
-// and `room` is at least 32. Advances `p`; returns bytes written.
-size_t encodeBlocksAvx2(const char16_t*& p, const char16_t* end, char* out, size_t room);
-
 }  // namespace qta::text::detail
 
 #endif  // QTA_TEXT_UTF_AVX2_H_
