@@ -12,14 +12,6 @@
 
 namespace qta::text::detail {
 
-// UTF-8 to UTF-16 or UTF-32 over blocks of 16 bytes that are either four
-// four-byte sequences or free of bytes 0xF0 and up, while at least 48 bytes
-// remain, `room` is at least 16 and the lead bytes ahead promise output beyond
-// the block's wider stores (so a caller's buffer of exactly the result's size
-// is never overrun). Advances `p`; returns units written.
-size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char16_t* out, size_t room);
-size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char32_t* out, size_t room);
-
 // UTF-16 to UTF-8 over blocks: 16 units that are eight surrogate pairs, 16
 // units below 0x800, or 8 units without surrogates; the last two only when the
 // 24 units from the block's start hold no surrogates, so that the output still
