@@ -244,7 +244,9 @@ QTA_UTF8_KERNEL void widenAscii64(Unit* out, const uint8_t* p) {
   if constexpr (Vec::kSize == 32) {
     constexpr size_t kStep = 32 / sizeof(Unit);  // units in a 32-byte store
     for (size_t at = 0; at < 64; at += kStep) {
-      const __m128i bytes = load16(p + at);
+      const __m128i bytes = sizeof(Unit) == 2
+                                ? load16(p + at)
+                                : _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p + at));
       const __m256i units =
           sizeof(Unit) == 2 ? _mm256_cvtepu8_epi16(bytes) : _mm256_cvtepu8_epi32(bytes);
       _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + at), units);
@@ -566,9 +568,9 @@ QTA_UTF8_KERNEL size_t convertSteps(const uint8_t* p, size_t pos, size_t limit, 
 }
 
 constexpr size_t kChunk = 64;
-// Output room a chunk needs: its units, those of a block reaching two bytes
-// past it, and a spare store.
-constexpr size_t kChunkRoom = kChunk + 32;
+// Output room the steps through a chunk need: its units, those of a last step
+// reaching into the next chunk (up to 64 ASCII bytes), and a spare store.
+constexpr size_t kChunkRoom = 2 * kChunk + 16;
 
 // Converts from `src` chunk by chunk while two whole chunks lie ahead: each
 // chunk is judged once, and the steps through one chunk see the next. Stops

@@ -78,4 +78,25 @@ TEST(Utf8Decode, IllFormedInputAtEveryPlace) {
   }
 }
 
+// The incremental form into buffers of every size up to a few windows, on a
+// text that goes from long ASCII runs to every script and back: a call must
+// never write past its buffer, whichever step or window the end of the
+// buffer falls in.
+TEST(Utf8Decode, IncrementalFormAtEveryCapacity) {
+  std::string text = repeated("ascii ", 150);
+  for (const std::string& script : kScripts) text += repeated(script, 70);
+  text += repeated("tail ", 140);
+  const std::u16string utf16 = unicoderef::utf8ToUtf16(text);
+  const std::u32string utf32 = unicoderef::utf8ToUtf32(text);
+  for (size_t capacity = 1; capacity <= 200; ++capacity) {
+    const auto check = [&] {
+      return unicoderef::checkPartial<char, char16_t>(unicoderef::kUtf8ToUtf16, text, utf16,
+                                                      capacity, false) +
+             unicoderef::checkPartial<char, char32_t>(unicoderef::kUtf8ToUtf32, text, utf32,
+                                                      capacity, false);
+    };
+    EXPECT_EQ(unicoderef::onEveryPath(check), "") << capacity;
+  }
+}
+
 }  // namespace
