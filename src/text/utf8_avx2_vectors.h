@@ -38,13 +38,6 @@ struct Avx2Vectors {
   }
   QTA_UTF8_KERNEL static bool anyHigh(V v) { return _mm256_movemask_epi8(v) != 0; }
   QTA_UTF8_KERNEL static bool anySet(V v) { return _mm256_testz_si256(v, v) == 0; }
-  QTA_UTF8_KERNEL static uint32_t highMask(V v) {
-    return static_cast<uint32_t>(_mm256_movemask_epi8(v));
-  }
-  QTA_UTF8_KERNEL static uint32_t bit6Mask(V v) { return highMask(_mm256_slli_epi16(v, 1)); }
-  QTA_UTF8_KERNEL static uint32_t zeroMask(V v) {
-    return highMask(_mm256_cmpeq_epi8(v, _mm256_setzero_si256()));
-  }
 };
 
 }  // namespace

@@ -1,4 +1,5 @@
-// UTF-8 to UTF-16 and UTF-32 with vectors, written once for every vector width.
+// UTF-8 to UTF-16 and UTF-32 with vectors, a template over the vector type
+// that judges the text (the SSSE3 kernel uses 16-byte vectors).
 //
 // The text is taken a window of up to 64 bytes at a time. The window is judged
 // with the validity check's tables (utf8_validate_blocks.h), and three bit
@@ -26,7 +27,7 @@
 
 #include "text/utf8_validate_blocks.h"
 
-#include <immintrin.h>
+#include <tmmintrin.h>
 
 #include <array>
 #include <cstddef>
@@ -239,21 +240,9 @@ QTA_UTF8_KERNEL void widenAscii(Unit* out, __m128i v) {
 }
 
 // The 64 ASCII bytes at `p` as 64 units.
-template <typename Vec, typename Unit>
+template <typename Unit>
 QTA_UTF8_KERNEL void widenAscii64(Unit* out, const uint8_t* p) {
-  if constexpr (Vec::kSize == 32) {
-    constexpr size_t kStep = 32 / sizeof(Unit);  // units in a 32-byte store
-    for (size_t at = 0; at < 64; at += kStep) {
-      const __m128i bytes = sizeof(Unit) == 2
-                                ? load16(p + at)
-                                : _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p + at));
-      const __m256i units =
-          sizeof(Unit) == 2 ? _mm256_cvtepu8_epi16(bytes) : _mm256_cvtepu8_epi32(bytes);
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + at), units);
-    }
-  } else {
-    for (size_t at = 0; at < 64; at += 16) widenAscii(out + at, load16(p + at));
-  }
+  for (size_t at = 0; at < 64; at += 16) widenAscii(out + at, load16(p + at));
 }
 
 // Sixteen bytes that are eight two-byte sequences: their eight units.
@@ -289,41 +278,21 @@ QTA_UTF8_KERNEL __m128i upTo3Half(__m128i b0, __m128i b1, __m128i b2, const Byte
 // three bytes started there, with the positions that `keep` does not mark
 // (continuation bytes) squeezed out, half by half. Writes one unit per lead
 // (with `spare`, as for storeUnits16) and returns how many.
-template <typename Vec, typename Unit>
+template <typename Unit>
 QTA_UTF8_KERNEL size_t upTo3ByteBlock(Unit* out, __m128i v, __m128i next, __m128i after,
                                       unsigned keep, bool spare) {
   const auto& low = kKeep[keep & 0xFF];
   const auto& high = kKeep[keep >> 8];
   const size_t lowCount = kBitCounts[keep & 0xFF];
   const size_t highCount = kBitCounts[keep >> 8];
-  __m128i lowUnits, highUnits;
-  if constexpr (Vec::kSize == 32) {  // all sixteen positions in one vector
-    const __m256i sixBits = _mm256_set1_epi16(0x3F);
-    const __m256i b0 = _mm256_cvtepu8_epi16(v);
-    const __m256i b1 = _mm256_and_si256(_mm256_cvtepu8_epi16(next), sixBits);
-    const __m256i b2 = _mm256_and_si256(_mm256_cvtepu8_epi16(after), sixBits);
-    const __m256i two =
-        _mm256_or_si256(_mm256_slli_epi16(_mm256_and_si256(b0, _mm256_set1_epi16(0x1F)), 6), b1);
-    // The 16-bit shift keeps only the low nibble of a three-byte lead.
-    const __m256i three =
-        _mm256_or_si256(_mm256_or_si256(_mm256_slli_epi16(b0, 12), _mm256_slli_epi16(b1, 6)), b2);
-    __m256i value = _mm256_blendv_epi8(b0, two, _mm256_cmpgt_epi16(b0, _mm256_set1_epi16(0xBF)));
-    value = _mm256_blendv_epi8(value, three, _mm256_cmpgt_epi16(b0, _mm256_set1_epi16(0xDF)));
-    const __m256i packed = _mm256_shuffle_epi8(
-        value, _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(high.data()),
-                                   reinterpret_cast<const __m128i*>(low.data())));
-    lowUnits = _mm256_castsi256_si128(packed);
-    highUnits = _mm256_extracti128_si256(packed, 1);
-  } else {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i sixBits = _mm_set1_epi8(0x3F);
-    next = _mm_and_si128(next, sixBits);
-    after = _mm_and_si128(after, sixBits);
-    lowUnits = upTo3Half(_mm_unpacklo_epi8(v, zero), _mm_unpacklo_epi8(next, zero),
-                         _mm_unpacklo_epi8(after, zero), low);
-    highUnits = upTo3Half(_mm_unpackhi_epi8(v, zero), _mm_unpackhi_epi8(next, zero),
-                          _mm_unpackhi_epi8(after, zero), high);
-  }
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i sixBits = _mm_set1_epi8(0x3F);
+  next = _mm_and_si128(next, sixBits);
+  after = _mm_and_si128(after, sixBits);
+  const __m128i lowUnits = upTo3Half(_mm_unpacklo_epi8(v, zero), _mm_unpacklo_epi8(next, zero),
+                                     _mm_unpacklo_epi8(after, zero), low);
+  const __m128i highUnits = upTo3Half(_mm_unpackhi_epi8(v, zero), _mm_unpackhi_epi8(next, zero),
+                                      _mm_unpackhi_epi8(after, zero), high);
   storeUnits16(out, lowUnits, lowCount, spare);
   storeUnits16(out + lowCount, highUnits, highCount, spare);
   return lowCount + highCount;
@@ -505,7 +474,7 @@ QTA_UTF8_KERNEL size_t convertSteps(const uint8_t* p, size_t pos, size_t limit, 
     // After a block, `pos` may be inside a sequence that the block converted.
     const bool boundary = (leads & 1) != 0;
     if (boundary && ends == ~uint64_t{0}) {  // 64 ASCII bytes
-      widenAscii64<Vec>(out + written, p + pos);
+      widenAscii64(out + written, p + pos);
       written += 64;
       pos += 64;
       continue;
@@ -539,8 +508,8 @@ QTA_UTF8_KERNEL size_t convertSteps(const uint8_t* p, size_t pos, size_t limit, 
       const bool inText = pos + 18 <= readable;
       const __m128i next = inText ? load16(p + pos + 1) : _mm_srli_si128(v, 1);
       const __m128i after = inText ? load16(p + pos + 2) : _mm_srli_si128(v, 2);
-      written += upTo3ByteBlock<Vec>(out + written, v, next, after,
-                                     static_cast<unsigned>(leads & 0xFFFF), spare);
+      written += upTo3ByteBlock(out + written, v, next, after,
+                                static_cast<unsigned>(leads & 0xFFFF), spare);
       pos += 16;
       continue;
     }
@@ -587,7 +556,7 @@ QTA_UTF8_KERNEL size_t decodeChunks(const uint8_t*& src, const uint8_t* end, Uni
   ByteClasses next = classify<Vec>(base + kChunk, kChunk, false, false);
   for (;;) {
     if (current.ascii && next.ascii && (current.bad | next.bad) == 0) {
-      widenAscii64<Vec>(out + written, base + pos);
+      widenAscii64(out + written, base + pos);
       written += kChunk;
       pos += kChunk;
     } else {
