@@ -34,9 +34,9 @@ DecodeKernel<Unit> pickKernel() {
   return nullptr;
 }
 
-// Texts this long are handed to the vector kernel even when they start with
-// ASCII, which it converts faster than the SSE2 block copy.
-constexpr ptrdiff_t kLongText = 64;
+// The vector kernels take over where at least this much text remains; below
+// it their setup costs more than the sequence reader.
+constexpr ptrdiff_t kKernelText = 64;
 
 // Converts from `src` until the input ends or the next sequence does not fit in
 // the `capacity` units at `dst`. Advances `src`; returns the units written.
@@ -52,8 +52,8 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
   const uint8_t* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     const uint8_t lead = *p;
-    if (kernel != nullptr && p >= scalarUntil && end - p >= static_cast<ptrdiff_t>(kBlock) &&
-        (lead >= 0x80 || end - p >= kLongText)) {
+    const bool kernelFits = kernel != nullptr && end - p >= kKernelText;
+    if (kernelFits && p >= scalarUntil) {
       written += kernel(p, end, dst + written, capacity - written);
       scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
       continue;
@@ -72,7 +72,7 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     }
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
     // text) in a tight loop, up to where the kernel may take over.
-    const uint8_t* const runEnd = kernel != nullptr ? std::min(scalarUntil, end) : end;
+    const uint8_t* const runEnd = kernelFits ? scalarUntil : end;
     const uint8_t* const runStart = p;
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];
