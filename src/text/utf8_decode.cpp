@@ -7,7 +7,7 @@
 
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
-#include "text/utf_avx2.h"
+#include "text/utf8_decode_kernels.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -23,20 +23,41 @@ constexpr size_t unitsForLead(uint8_t lead) {
   return sizeof(Unit) == 2 && lead >= 0xF0 ? 2 : 1;
 }
 
+template <typename Unit>
+using DecodeKernel = size_t (*)(const uint8_t*&, const uint8_t*, Unit*, size_t);
+
+// The vector kernel of the highest level enabled, or none (plain SSE2).
+template <typename Unit>
+DecodeKernel<Unit> pickKernel() {
+  if (detail::avx2Enabled()) return &detail::decodeUtf8Avx2;
+  if (detail::ssse3Enabled()) return &detail::decodeUtf8Ssse3;
+  return nullptr;
+}
+
+// The vector kernels take over where at least this much text remains; below
+// it their setup costs more than the sequence reader.
+constexpr ptrdiff_t kKernelText = 64;
+
 // Converts from `src` until the input ends or the next sequence does not fit in
 // the `capacity` units at `dst`. Advances `src`; returns the units written.
-// Whole blocks of 16 ASCII bytes are copied at once; with AVX2, blocks of
-// other text are converted by the block converter; everything else goes
-// through the scalar sequence reader.
+// The vector kernel converts what it can; where it stops, the next block goes
+// through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
+// at once) before the kernel is tried again.
 template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
+  const DecodeKernel<Unit> kernel = pickKernel<Unit>();
   const uint8_t* p = src;
   size_t written = 0;
-  const bool blocks = detail::avx2Enabled();
-  const uint8_t* scalarUntil = p;  // where the block converter may be tried again
+  const uint8_t* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     const uint8_t lead = *p;
+    const bool kernelFits = kernel != nullptr && end - p >= kKernelText;
+    if (kernelFits && p >= scalarUntil) {
+      written += kernel(p, end, dst + written, capacity - written);
+      scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
+      continue;
+    }
     if (lead < 0x80) {
       if (written == capacity) break;
       while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock) {
@@ -49,17 +70,9 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
       while (p < end && *p < 0x80 && written < capacity) dst[written++] = *p++;
       continue;
     }
-    if (blocks && p >= scalarUntil) {
-      if (end - p >= 48 && capacity - written >= kBlock) {
-        const uint8_t* before = p;
-        written += detail::decodeBlocksAvx2(p, end, dst + written, capacity - written);
-        if (p != before) continue;
-      }
-      scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
-    }
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
-    // text) in a tight loop, up to where the block converter may take over.
-    const uint8_t* const runEnd = blocks && end - p >= 48 ? scalarUntil : end;
+    // text) in a tight loop, up to where the kernel may take over.
+    const uint8_t* const runEnd = kernelFits ? scalarUntil : end;
     const uint8_t* const runStart = p;
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];

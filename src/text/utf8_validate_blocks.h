@@ -118,6 +118,8 @@ constexpr std::array<uint8_t, 64> kFinalLimits = makeFinalLimits();
 //   subSaturated(a, b)    a - b per byte, at least 0
 //   shiftedIn<n>(v)       v moved up by n bytes, zeros shifted in
 //   anyHigh(v), anySet(v) a lane has bit 7 / any bit set
+//   highMask(v), bit6Mask(v), zeroMask(v)
+//                         one bit per lane: bit 7 set, bit 6 set, lane zero
 // plus & and | on V.
 
 // The judge of blocks, with its constants in registers for the whole check.
@@ -180,6 +182,13 @@ struct Vectors16 {
   QTA_UTF8_KERNEL static bool anyHigh(V v) { return _mm_movemask_epi8(v) != 0; }
   QTA_UTF8_KERNEL static bool anySet(V v) {
     return _mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_setzero_si128())) != 0xFFFF;
+  }
+  QTA_UTF8_KERNEL static uint32_t highMask(V v) {
+    return static_cast<uint32_t>(_mm_movemask_epi8(v));
+  }
+  QTA_UTF8_KERNEL static uint32_t bit6Mask(V v) { return highMask(_mm_slli_epi16(v, 1)); }
+  QTA_UTF8_KERNEL static uint32_t zeroMask(V v) {
+    return highMask(_mm_cmpeq_epi8(v, _mm_setzero_si128()));
   }
 };
 

@@ -1,15 +1,15 @@
-// AVX2 block converters. Both rely on the same observation: what a UTF-8 lead
-// byte turns into depends only on that byte and the few after it, and
-// continuation bytes never produce output of their own. So a block is
-// converted by computing a value at every position at once and then squeezing
-// out the positions that produce nothing (or widening the positions that
-// produce several bytes) with one byte shuffle from a table.
-#include "text/utf_avx2.h"
-
+// UTF-8 to UTF-16 and UTF-32 with AVX2, sixteen bytes at a time: what a lead
+// byte turns into depends only on that byte and the two after it, and
+// continuation bytes give no output of their own. So a block is converted by
+// computing the value at every position at once and squeezing out the
+// continuation bytes with one byte shuffle from a table. Blocks of four
+// four-byte sequences have a step of their own; any other block with bytes
+// from 0xF0 up stops the converter, and the caller goes on from there.
 #include <immintrin.h>
 
 #include <array>
 
+#include "text/utf8_decode_kernels.h"
 #include "text/utf_blocks.h"
 
 namespace qta::text::detail {
@@ -152,12 +152,12 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
 
 }  // namespace
 
-size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char16_t* out, size_t room) {
-  return decodeBlocks(p, end, out, room);
+size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room) {
+  return decodeBlocks(src, end, out, room);
 }
 
-size_t decodeBlocksAvx2(const uint8_t*& p, const uint8_t* end, char32_t* out, size_t room) {
-  return decodeBlocks(p, end, out, room);
+size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room) {
+  return decodeBlocks(src, end, out, room);
 }
 
 }  // namespace qta::text::detail

@@ -1,0 +1,102 @@
+// UTF-8 to UTF-16 and UTF-32 on texts long enough for the vector kernels:
+// every shape of script they have a step for, cut at every length, and with
+// each kind of ill-formed input at every place, on every instruction-set
+// level. The checks compare every form with the reference model and use
+// buffers of exactly the result's size.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "text/unicode_checks.h"
+
+namespace {
+
+std::string bothDirections(const std::string& input) {
+  return unicoderef::checkDirection(unicoderef::kUtf8ToUtf16, input) +
+         unicoderef::checkDirection(unicoderef::kUtf8ToUtf32, input);
+}
+
+// Repeats `piece` until the text holds `size` bytes (the last copy cut short).
+std::string repeated(const std::string& piece, size_t size) {
+  std::string text;
+  while (text.size() < size) text += piece;
+  text.resize(size);
+  return text;
+}
+
+// The shapes of text the kernels have steps for, and mixtures of them.
+const std::vector<std::string> kScripts = {
+    "plain ASCII text, ",
+    "caf\xC3\xA9 cr\xC3\xA8me ",                          // mostly ASCII, some two-byte
+    "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 ",  // two-byte runs and spaces
+    "\xE4\xB8\xAD\xE6\x96\x87\xE6\x96\x87\xE5\xAD\x97",   // three-byte runs
+    "\xE0\xA4\xB9\xE0\xA4\xBF \xE0\xA4\xA8",              // three-byte with ASCII
+    "\xF0\x9F\x98\x80\xF0\x9F\x8E\x89",                   // four-byte runs
+    "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80",              // one of each length
+    "\xED\xA0\x80\xED\xBF\xBF\xEF\xBF\xBF",               // surrogate values, 0xFFFF
+    "\xF4\x8F\xBF\xBF\xC2\x80\xE0\xA0\x80\x7F",           // bounds of every length
+};
+
+TEST(Utf8Decode, EveryScriptCutAtEveryLength) {
+  for (const std::string& script : kScripts) {
+    SCOPED_TRACE(testing::PrintToString(script));
+    for (size_t size = 0; size <= 200; ++size) {
+      const std::string input = repeated(script, size);
+      EXPECT_EQ(unicoderef::onEveryPath([&] { return bothDirections(input); }), "") << size;
+    }
+  }
+}
+
+// Each ill-formed input at every place of a text of each script: the kernels
+// must convert the well-formed text before it and leave it to the rules.
+TEST(Utf8Decode, IllFormedInputAtEveryPlace) {
+  const std::vector<std::string> defects = {
+      "\x80",              // stray continuation byte
+      "\xBF\xBF",          // two of them
+      "\xC3",              // lead cut off
+      "\xC0\x80",          // overlong
+      "\xE0\x9F\xBF",      // overlong
+      "\xE2\x82",          // cut off
+      "\xF0\x9F\x98",      // cut off
+      "\xF4\x90\x80\x80",  // past 0x10FFFF
+      "\xF5\x80\x80\x80",
+      "\xF0\x8F\xBF\xBF",  // overlong
+      "\xFF",
+      "\xC3\xA9\xA9",  // one continuation byte too many
+  };
+  for (const std::string& script : kScripts) {
+    const std::string text = repeated(script, 150);
+    for (const std::string& defect : defects) {
+      SCOPED_TRACE(testing::PrintToString(script) + " with " + testing::PrintToString(defect));
+      for (size_t at = 0; at <= text.size(); ++at) {
+        std::string input = text;
+        input.insert(at, defect);
+        EXPECT_EQ(unicoderef::onEveryPath([&] { return bothDirections(input); }), "") << at;
+      }
+    }
+  }
+}
+
+// The incremental form into buffers of every size up to a few windows, on a
+// text that goes from long ASCII runs to every script and back: a call must
+// never write past its buffer, whichever step or window the end of the
+// buffer falls in.
+TEST(Utf8Decode, IncrementalFormAtEveryCapacity) {
+  std::string text = repeated("ascii ", 150);
+  for (const std::string& script : kScripts) text += repeated(script, 70);
+  text += repeated("tail ", 140);
+  const std::u16string utf16 = unicoderef::utf8ToUtf16(text);
+  const std::u32string utf32 = unicoderef::utf8ToUtf32(text);
+  for (size_t capacity = 1; capacity <= 200; ++capacity) {
+    const auto check = [&] {
+      return unicoderef::checkPartial<char, char16_t>(unicoderef::kUtf8ToUtf16, text, utf16,
+                                                      capacity, false) +
+             unicoderef::checkPartial<char, char32_t>(unicoderef::kUtf8ToUtf32, text, utf32,
+                                                      capacity, false);
+    };
+    EXPECT_EQ(unicoderef::onEveryPath(check), "") << capacity;
+  }
+}
+
+}  // namespace
