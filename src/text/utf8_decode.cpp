@@ -26,12 +26,30 @@ constexpr size_t unitsForLead(uint8_t lead) {
 template <typename Unit>
 using DecodeKernel = size_t (*)(const uint8_t*&, const uint8_t*, Unit*, size_t);
 
-// The vector kernel of the highest level enabled, or none (plain SSE2).
+// The vector kernel of the highest level enabled (none: plain SSE2), and how
+// it is used. The SSSE3 kernel beats the scalar loops below only on text of
+// three- and four-byte sequences (Chinese, Japanese, Korean, Hindi, emoji), so
+// it starts where two such sequences follow each other and sees a window of
+// the text: mostly-ASCII text and two-byte scripts stay on the scalar loops,
+// and a stray pair of them in English text hands the kernel one window.
 template <typename Unit>
-DecodeKernel<Unit> pickKernel() {
-  if (detail::avx2Enabled()) return &detail::decodeUtf8Avx2;
-  if (detail::ssse3Enabled()) return &detail::decodeUtf8Ssse3;
-  return nullptr;
+struct KernelChoice {
+  DecodeKernel<Unit> run = nullptr;
+  bool wideRunsOnly = false;  // starts only at two three- or four-byte sequences
+  ptrdiff_t window = std::numeric_limits<ptrdiff_t>::max();  // text it sees per call
+};
+
+template <typename Unit>
+KernelChoice<Unit> pickKernel() {
+  if (detail::avx2Enabled()) return {&detail::decodeUtf8Avx2};
+  if (detail::ssse3Enabled()) return {&detail::decodeUtf8Ssse3, true, 256};
+  return {};
+}
+
+// A three- or four-byte lead at `p` whose sequence is followed by another such
+// lead; reads at most p[4], so the caller keeps five bytes in view.
+inline bool startsWideRun(const uint8_t* p) {
+  return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
 }
 
 // The vector kernels take over where at least this much text remains; below
@@ -46,15 +64,16 @@ constexpr ptrdiff_t kKernelText = 64;
 template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
-  const DecodeKernel<Unit> kernel = pickKernel<Unit>();
+  const KernelChoice<Unit> kernel = pickKernel<Unit>();
   const uint8_t* p = src;
   size_t written = 0;
   const uint8_t* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     const uint8_t lead = *p;
-    const bool kernelFits = kernel != nullptr && end - p >= kKernelText;
-    if (kernelFits && p >= scalarUntil) {
-      written += kernel(p, end, dst + written, capacity - written);
+    const bool kernelFits = kernel.run != nullptr && end - p >= kKernelText;
+    if (kernelFits && p >= scalarUntil && (!kernel.wideRunsOnly || startsWideRun(p))) {
+      const uint8_t* const window = end - p > kernel.window ? p + kernel.window : end;
+      written += kernel.run(p, window, dst + written, capacity - written);
       scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
       continue;
     }
@@ -71,8 +90,11 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
       continue;
     }
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
-    // text) in a tight loop, up to where the kernel may take over.
-    const uint8_t* const runEnd = kernelFits ? scalarUntil : end;
+    // text) in a tight loop, up to where the kernel may take over (a kernel
+    // that starts only at three-byte leads leaves it the whole run: the loop
+    // stops at those leads itself).
+    const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
+    const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];
