@@ -72,7 +72,10 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     const uint8_t lead = *p;
     const bool kernelFits = kernel.run != nullptr && end - p >= kKernelText;
     if (kernelFits && p >= scalarUntil && (!kernel.wideRunsOnly || startsWideRun(p))) {
-      const uint8_t* const window = end - p > kernel.window ? p + kernel.window : end;
+      const uint8_t* window = end - p > kernel.window ? p + kernel.window : end;
+      // A window that ends inside a sequence would leave it to the scalar
+      // reader; a sequence has at most three continuation bytes.
+      for (int i = 0; i < 3 && window != end && detail::isContinuation(*window); ++i) ++window;
       written += kernel.run(p, window, dst + written, capacity - written);
       scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
       continue;
