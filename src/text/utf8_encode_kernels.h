@@ -3,9 +3,10 @@
 // blocks from `p` and stops at the first it does not handle, where the scalar
 // code goes on. They run only while kEncodeBlocksMinUnits units remain and
 // `room`, the bytes that may be written at `out`, is at least
-// kEncodeBlocksMinRoom; they never store past the output of the units they
-// read, so a buffer of exactly the result's size suffices. Each advances `p`
-// and returns the bytes written.
+// kEncodeBlocksMinRoom. Their wide stores may write scratch bytes past the
+// bytes they return, but never past `room` nor past the output that the units
+// after them are sure to give, so a buffer of exactly the result's size
+// suffices. Each advances `p` and returns the bytes written.
 #ifndef QTA_TEXT_UTF8_ENCODE_KERNELS_H_
 #define QTA_TEXT_UTF8_ENCODE_KERNELS_H_
 

@@ -18,8 +18,9 @@
 // (the length form tells how much) plus one unit when `terminate` asks for a 0
 // after it; they return the number of units written, the 0 not counted.
 // The incremental form reads from `src` (`remaining` units left), writes at most
-// `capacity` units, never splits a sequence, advances `src` and `remaining`
-// past what it consumed and returns the number of units written; the caller
+// `capacity` units (the units of `dst` past those it returns may be
+// overwritten as scratch), never splits a sequence, advances `src` and
+// `remaining` past what it consumed and returns the number of units written; the caller
 // calls again with a fresh buffer until `remaining` is 0. It always makes
 // progress when `capacity` is at least 4 (UTF-8 output) or 2 (UTF-16 output).
 // Views (string and length forms) accept a NUL-terminated pointer as well as a
