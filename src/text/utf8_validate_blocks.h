@@ -223,7 +223,7 @@ QTA_UTF8_KERNEL bool validUtf8Blocks(const uint8_t* text, size_t size) {
     errors = judge.errors(first, Vec::template shiftedIn<1>(first),
                           Vec::template shiftedIn<2>(first), Vec::template shiftedIn<3>(first));
   }
-  bool leadGoesOn = Vec::anySet(unfinishedAtEnd<Vec>(first));
+  V previous = first;  // the vector before `p`, whose last lead byte may go on
   p += kSize;
   const uint8_t* const runsEnd = p + static_cast<size_t>(end - p) / kRun * kRun;
   for (; p != runsEnd; p += kRun) {
@@ -231,14 +231,16 @@ QTA_UTF8_KERNEL bool validUtf8Blocks(const uint8_t* text, size_t size) {
     V any = run[0] = Vec::load(p);
     for (size_t i = 1; i < kPerRun; ++i) any = any | (run[i] = Vec::load(p + i * kSize));
     if (!Vec::anyHigh(any)) {
-      if (leadGoesOn) return false;
+      if (Vec::anySet(errors | unfinishedAtEnd<Vec>(previous))) return false;
+      previous = run[kPerRun - 1];
       // The ASCII runs that follow, in a loop of their own.
       while (p + kRun != runsEnd && asciiRun<Vec>(p + kRun)) p += kRun;
       continue;
     }
+    // Errors are gathered and tested at the next ASCII run or the end: a test
+    // per run costs more on valid text than it saves on invalid text.
     for (size_t i = 0; i < kPerRun; ++i) errors = errors | judge.errorsAt(p + i * kSize, run[i]);
-    if (Vec::anySet(errors)) return false;
-    leadGoesOn = Vec::anySet(unfinishedAtEnd<Vec>(run[kPerRun - 1]));
+    previous = run[kPerRun - 1];
   }
   for (; static_cast<size_t>(end - p) >= kSize; p += kSize) {
     errors = errors | judge.errorsAt(p, Vec::load(p));
