@@ -1,6 +1,6 @@
 // A fresh temporary working directory for each test (where log files land,
 // in "log/"), and file reading. Nothing here needs the logging library, so
-// the tests of the tool, which only run it, share it too.
+// the tests of the tool and of the device sources share it too.
 #ifndef QTA_TESTS_LOG_SCRATCH_DIRECTORY_H_
 #define QTA_TESTS_LOG_SCRATCH_DIRECTORY_H_
 
@@ -18,7 +18,7 @@ namespace qta::testing {
 class ScratchDirectoryTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "qta-log-XXXXXX").string();
+    std::string pattern = (std::filesystem::temp_directory_path() / "qta-test-XXXXXX").string();
     ASSERT_NE(mkdtemp(pattern.data()), nullptr);
     directory_ = pattern;
     previous_ = std::filesystem::current_path();
