@@ -8,10 +8,13 @@
 #include <cstring>
 #include <functional>
 #include <future>
+#include <memory>
 #include <string>
 #include <thread>
 
+#include "log/log_test_support.h"
 #include "qta/errors/error.h"
+#include "qta/log/log.h"
 #include "qta/thread/qta_thread.h"
 #include "thread/priority_scale.h"
 
@@ -33,6 +36,7 @@ class Worker : public QTAThread {
 
   // Holds the thread's lock, as run() and the Locked members expect.
   std::unique_lock<std::mutex> lock() { return std::unique_lock<std::mutex>(mutex_); }
+  using QTAThread::changePriorityLocked;
   using QTAThread::requestStopLocked;
   using QTAThread::stateLocked;
 
@@ -169,6 +173,23 @@ TEST(QTAThreadPriority, StepsSpreadOverThePolicyRange) {
     EXPECT_EQ(detail::scaledPriority(1, 99, step), kExpected[step]) << step;
   }
   EXPECT_EQ(detail::scaledPriority(0, 0, 4), 0);
+}
+
+TEST(QTAThreadPriority, ChangeWithoutARunningThreadFailsAndSaysWhy) {
+  const log4cxx::LoggerPtr logger = qtalog::getLogger("utils.thread");
+  const auto capture = std::make_shared<testing::CaptureAppender>();
+  logger->addAppender(capture);
+  Worker worker("never started");
+  {
+    const auto lock = worker.lock();
+    EXPECT_FALSE(worker.changePriorityLocked(Priority::kHigh));
+  }
+  logger->removeAppender(capture);
+
+  const auto events = capture->takeEvents();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0]->getLevel(), log4cxx::Level::getError());
+  EXPECT_EQ(events[0]->getMessage(), "failed to retrive thread's scheduling parameters");
 }
 
 // The policy and priority of the calling thread.
