@@ -3,41 +3,30 @@
 #include "qta/device/identifiers.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "device/identifiers_reference.h"
 #include "device/identifiers_sources.h"
+#include "log/scratch_directory.h"
 
 namespace qta::device {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr char kNotDefined[] = "[not defined]";
 
 // Loads from scratch cpuinfo and identifiers files; a null text leaves that file out.
-class DeviceIdentifiersTest : public testing::Test {
+class DeviceIdentifiersTest : public testing::ScratchDirectoryTest {
  protected:
-  void SetUp() override {
-    std::string pattern = testing::TempDir() + "qta_device_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
   std::string path(const char* name, const std::string* text) {
-    if (text) std::ofstream(dir_ / name, std::ios::binary) << *text;
-    return (dir_ / (text ? name : "absent")).string();
+    if (text) std::ofstream(directory_ / name, std::ios::binary) << *text;
+    return (directory_ / (text ? name : "absent")).string();
   }
   bool load(const std::string* cpuinfo, const std::string* identifiers) {
     return detail::loadDeviceIdentifiersFrom(path("cpuinfo", cpuinfo).c_str(),
                                              path("identifiers", identifiers).c_str());
   }
-  fs::path dir_;
 };
 
 // Each case loads its text as the identifiers file and checks the result and
@@ -132,7 +121,7 @@ TEST_F(DeviceIdentifiersTest, SourceFaults) {
   // An identifiers path that cannot be opened for a reason other than absence,
   // and one that opens but cannot be read.
   const std::string cpuinfo = path("cpuinfo", &plain);
-  for (const std::string& bad : {path("identifiers", &serial) + "/x", dir_.string()}) {
+  for (const std::string& bad : {path("identifiers", &serial) + "/x", directory_.string()}) {
     EXPECT_FALSE(detail::loadDeviceIdentifiersFrom(cpuinfo.c_str(), bad.c_str())) << bad;
     EXPECT_TRUE(deviceIdentifiersLoaded());
     for (int i = 0; i < kDeviceIdCount; ++i) {  // every identifier back to its default
