@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "qta/errors/error.h"
+#include "error_text.h"
 #include "qta/jose/signer.h"
 #include "qta/text/base64.h"
 #include "test_keys.h"
@@ -167,17 +167,6 @@ TEST(JWSSignature, SignerAndVerifierStartAgainAfterFinish) {
   const JWSKey key = hmacKey(JWSAlgorithm::HS256, "k");
   qta::JWSSigner empty(key);
   EXPECT_TRUE(verify("", key, empty.finish()));
-}
-
-// The text of the QTAError `action` throws, or "" when it throws none.
-template <typename Action>
-std::string errorText(Action action) {
-  try {
-    action();
-  } catch (const qta::QTAError& error) {
-    return std::to_string(error.code()) + " " + error.what();
-  }
-  return "";
 }
 
 TEST(JWSSignature, KeysThatCannotSignOrVerifyThrow) {
