@@ -26,30 +26,45 @@ constexpr size_t unitsForLead(uint8_t lead) {
 template <typename Unit>
 using DecodeKernel = size_t (*)(const uint8_t*&, const uint8_t*, Unit*, size_t);
 
-// The vector kernel of the highest level enabled (none: plain SSE2), and how
-// it is used. The SSSE3 kernel beats the scalar loops below only on text of
-// three- and four-byte sequences (Chinese, Japanese, Korean, Hindi, emoji), so
-// it starts where two such sequences follow each other and sees a window of
-// the text: mostly-ASCII text and two-byte scripts stay on the scalar loops,
-// and a stray pair of them in English text hands the kernel one window.
+// The vector kernels of the highest level enabled (none: plain SSE2), and
+// where each runs. The windowed kernel beats the scalar loops below only on
+// text of three- and four-byte sequences (Chinese, Japanese, Korean, Hindi,
+// emoji), so it starts where two such sequences follow each other and first
+// sees a window of the text: mostly-ASCII text and two-byte scripts stay on
+// the scalar loops (or the block kernel), and a stray pair in English text
+// hands it one window. While its windows keep holding such text it goes on
+// with ever larger ones.
 template <typename Unit>
 struct KernelChoice {
-  DecodeKernel<Unit> run = nullptr;
-  bool wideRunsOnly = false;  // starts only at two three- or four-byte sequences
-  ptrdiff_t window = std::numeric_limits<ptrdiff_t>::max();  // text it sees per call
+  DecodeKernel<Unit> wide = nullptr;   // from two three- or four-byte sequences on
+  DecodeKernel<Unit> other = nullptr;  // everywhere else
 };
 
 template <typename Unit>
 KernelChoice<Unit> pickKernel() {
-  if (detail::avx2Enabled()) return {&detail::decodeUtf8Avx2};
-  if (detail::ssse3Enabled()) return {&detail::decodeUtf8Ssse3, true, 256};
+  if (detail::avx2Enabled()) return {nullptr, &detail::decodeUtf8Avx2};
+  if (detail::ssse3Enabled()) return {&detail::decodeUtf8Ssse3, nullptr};
   return {};
 }
+
+// The first window of the windowed kernel, and the largest.
+constexpr ptrdiff_t kFirstWindow = 256;
+constexpr ptrdiff_t kLargestWindow = ptrdiff_t{1} << 20;
 
 // A three- or four-byte lead at `p` whose sequence is followed by another such
 // lead; reads at most p[4], so the caller keeps five bytes in view.
 inline bool startsWideRun(const uint8_t* p) {
   return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
+}
+
+// Where a window of `size` bytes from `p` ends: at the end of the text, or
+// where the sequence in which it would end is over (a sequence has at most
+// three continuation bytes).
+inline const uint8_t* windowEnd(const uint8_t* p, const uint8_t* end, ptrdiff_t size) {
+  if (end - p <= size) return end;
+  const uint8_t* stop = p + size;
+  for (int i = 0; i < 3 && stop != end && detail::isContinuation(*stop); ++i) ++stop;
+  return stop;
 }
 
 // The vector kernels take over where at least this much text remains; below
@@ -65,20 +80,33 @@ template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
   const KernelChoice<Unit> kernel = pickKernel<Unit>();
+  const bool anyKernel = kernel.wide != nullptr || kernel.other != nullptr;
   const uint8_t* p = src;
   size_t written = 0;
-  const uint8_t* scalarUntil = p;  // where the kernel may be tried again
+  const uint8_t* scalarUntil = p;  // where a kernel may be tried again
+  ptrdiff_t window = kFirstWindow;
+  bool wideGoesOn = false;  // the windowed kernel's last window held wide text throughout
   while (p < end) {
     const uint8_t lead = *p;
-    const bool kernelFits = kernel.run != nullptr && end - p >= kKernelText;
-    if (kernelFits && p >= scalarUntil && (!kernel.wideRunsOnly || startsWideRun(p))) {
-      const uint8_t* window = end - p > kernel.window ? p + kernel.window : end;
-      // A window that ends inside a sequence would leave it to the scalar
-      // reader; a sequence has at most three continuation bytes.
-      for (int i = 0; i < 3 && window != end && detail::isContinuation(*window); ++i) ++window;
-      written += kernel.run(p, window, dst + written, capacity - written);
-      scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
-      continue;
+    const bool kernelFits = anyKernel && end - p >= kKernelText;
+    if (kernelFits && p >= scalarUntil) {
+      const bool wide = kernel.wide != nullptr && (wideGoesOn || startsWideRun(p));
+      const DecodeKernel<Unit> run = wide ? kernel.wide : kernel.other;
+      if (run != nullptr) {
+        const uint8_t* const from = p;
+        const uint8_t* const stop = wide ? windowEnd(p, end, window) : end;
+        const size_t units = run(p, stop, dst + written, capacity - written);
+        written += units;
+        // Wide text gives a unit for two bytes or more; the kernel leaves at
+        // most a vector's worth of a window it went through.
+        wideGoesOn = wide && stop != end && stop - p < kKernelText &&
+                     static_cast<size_t>(p - from) >= 2 * units;
+        window = wideGoesOn ? std::min(4 * window, kLargestWindow) : kFirstWindow;
+        // Where a kernel converted nothing, the next block goes through the
+        // scalar reader.
+        scalarUntil = p != from ? p : p + std::min<ptrdiff_t>(kBlock, end - p);
+        continue;
+      }
     }
     if (lead < 0x80) {
       if (written == capacity) break;
@@ -96,7 +124,7 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     // text) in a tight loop, up to where the kernel may take over (a kernel
     // that starts only at three-byte leads leaves it the whole run: the loop
     // stops at those leads itself).
-    const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
+    const bool kernelTakesRuns = kernelFits && kernel.other != nullptr;
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
     while (runEnd - p >= 2 && written < capacity) {

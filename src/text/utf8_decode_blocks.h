@@ -213,6 +213,63 @@ QTA_UTF8_KERNEL __m128i fourByteValues(__m128i v) {
   return upTo4Values(_mm_shuffle_epi8(v, load16(reversed.data())));
 }
 
+// Writes eight code points below 0x10000 held in the 32-bit lanes of `low`
+// and `high`.
+QTA_UTF8_KERNEL void storeUnits32x2(char16_t* out, __m128i low, __m128i high) {
+  const __m128i lowHalves = _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, -1, -1, -1, -1, -1, -1, -1, -1);
+  const __m128i units =
+      _mm_unpacklo_epi64(_mm_shuffle_epi8(low, lowHalves), _mm_shuffle_epi8(high, lowHalves));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), units);
+}
+
+QTA_UTF8_KERNEL void storeUnits32x2(char32_t* out, __m128i low, __m128i high) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), low);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4), high);
+}
+
+// The steps through runs of sequences of one length (Chinese, Japanese and
+// emoji text), with fixed shuffles and no table look-up. A kernel with wider
+// vectors may specialise this for its own vector struct.
+struct RunSteps16 {
+  // Three-byte sequences a step converts, and the bytes from its start it reads.
+  static constexpr size_t kThreeByteSequences = 8;
+  static constexpr size_t kThreeByteReads = 28;
+
+  template <typename Unit>
+  QTA_UTF8_KERNEL static void threeByte(const uint8_t* p, Unit* out) {
+    const __m128i shuffle = load16(kThreeByteShuffle.data());
+    storeUnits32x2(out, upTo3Values(_mm_shuffle_epi8(load16(p), shuffle)),
+                   upTo3Values(_mm_shuffle_epi8(load16(p + 12), shuffle)));
+  }
+
+  // Four four-byte sequences at `p`; returns the units written.
+  template <typename Unit>
+  QTA_UTF8_KERNEL static size_t fourByte(const uint8_t* p, Unit* out) {
+    return storeCodePoints(out, fourByteValues(load16(p)), 4);
+  }
+};
+
+template <typename Vec>
+struct RunSteps : RunSteps16 {};
+
+// Sequence ends of a run of three-byte and of four-byte sequences, from a
+// sequence boundary on.
+constexpr uint64_t periodicBits(unsigned period) {
+  uint64_t bits = 0;
+  for (unsigned i = period - 1; i < 64; i += period) bits |= uint64_t{1} << i;
+  return bits;
+}
+constexpr uint64_t kThreeByteEnds = periodicBits(3);
+constexpr uint64_t kFourByteEnds = periodicBits(4);
+
+// How many whole sequences of `length` bytes the 64 bits of sequence ends
+// `ends` (from a sequence boundary on) begin with; `pattern` is the ends of
+// such a run.
+constexpr size_t runLength(uint64_t ends, uint64_t pattern, unsigned length) {
+  const uint64_t differ = ends ^ pattern;
+  return (differ == 0 ? 64 : static_cast<size_t>(__builtin_ctzll(differ))) / length;
+}
+
 // What a stretch of up to 64 bytes holds, one bit per byte.
 struct ByteClasses {
   uint64_t bad;  // not well formed there (a stray continuation byte included)
@@ -354,9 +411,26 @@ QTA_UTF8_KERNEL size_t convertSteps(const uint8_t* p, size_t pos, size_t limit, 
       continue;
     }
     if (boundary && (ends16 & 0xFFF) == 0x924) {
+      using Runs = RunSteps<Vec>;
+      const size_t start = pos;
+      for (size_t steps = runLength(ends, kThreeByteEnds, 3) / Runs::kThreeByteSequences;
+           steps > 0 && pos + Runs::kThreeByteReads <= readable; --steps) {
+        Runs::threeByte(p + pos, out + written);
+        written += Runs::kThreeByteSequences;
+        pos += 3 * Runs::kThreeByteSequences;
+      }
+      if (pos != start) continue;
       storeUnits32(out + written, upTo3Values(_mm_shuffle_epi8(v, threeByteShuffle)), 4);
       written += 4;
       pos += 12;
+      continue;
+    }
+    if (boundary && ends16 == 0x8888) {
+      // The run's bytes lie in the text, and a step reads only its own.
+      for (size_t steps = runLength(ends, kFourByteEnds, 4) / 4; steps > 0; --steps) {
+        written += RunSteps<Vec>::fourByte(p + pos, out + written);
+        pos += 16;
+      }
       continue;
     }
     const bool spare = pos + 16 <= spareUntil;
@@ -377,11 +451,6 @@ QTA_UTF8_KERNEL size_t convertSteps(const uint8_t* p, size_t pos, size_t limit, 
     }
     if (!boundary) {
       pos = afterBlock(masks, pos);
-      continue;
-    }
-    if (ends16 == 0x8888) {
-      written += storeCodePoints(out + written, fourByteValues(v), 4);
-      pos += 16;
       continue;
     }
     const StepPlan plan = kStepTables.plans[ends16 & 0xFFF];
