@@ -27,35 +27,37 @@ template <typename Unit>
 using DecodeKernel = size_t (*)(const uint8_t*&, const uint8_t*, Unit*, size_t);
 
 // The vector kernels of the highest level enabled (none: plain SSE2), and
-// where each runs. The windowed kernel beats the scalar loops below only on
-// text of three- and four-byte sequences (Chinese, Japanese, Korean, Hindi,
-// emoji), so it starts where two such sequences follow each other and first
-// sees a window of the text: mostly-ASCII text and two-byte scripts stay on
-// the scalar loops (or the block kernel), and a stray pair in English text
-// hands it one window. While its windows keep holding such text it goes on
-// with ever larger ones.
+// where each runs. The SSSE3 kernel beats the scalar loops below only on text
+// of three- and four-byte sequences (Chinese, Japanese, Korean, Hindi, emoji),
+// so it starts where two such sequences follow each other and first sees a
+// window of the text: mostly-ASCII text and two-byte scripts stay on the
+// scalar loops, and a stray pair in English text hands it one window. While
+// its windows keep holding such text it goes on with ever larger ones. With
+// AVX2, the block kernel runs everywhere except in runs of three-byte
+// sequences, which have a kernel of their own.
 template <typename Unit>
 struct KernelChoice {
-  DecodeKernel<Unit> wide = nullptr;   // from two three- or four-byte sequences on
+  DecodeKernel<Unit> wide = nullptr;  // where `startsWide` says
+  bool (*startsWide)(const uint8_t*) = nullptr;
+  bool windowed = false;               // `wide` takes windows
   DecodeKernel<Unit> other = nullptr;  // everywhere else
 };
 
 template <typename Unit>
 KernelChoice<Unit> pickKernel() {
-  if (detail::avx2Enabled()) return {nullptr, &detail::decodeUtf8Avx2};
-  if (detail::ssse3Enabled()) return {&detail::decodeUtf8Ssse3, nullptr};
+  if (detail::avx2Enabled()) {
+    return {&detail::decodeThreeByteRunAvx2, &detail::startsThreeByteRun, false,
+            &detail::decodeUtf8Avx2};
+  }
+  if (detail::ssse3Enabled()) {
+    return {&detail::decodeUtf8Ssse3, &detail::startsWideRun, true, nullptr};
+  }
   return {};
 }
 
 // The first window of the windowed kernel, and the largest.
 constexpr ptrdiff_t kFirstWindow = 256;
 constexpr ptrdiff_t kLargestWindow = ptrdiff_t{1} << 20;
-
-// A three- or four-byte lead at `p` whose sequence is followed by another such
-// lead; reads at most p[4], so the caller keeps five bytes in view.
-inline bool startsWideRun(const uint8_t* p) {
-  return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
-}
 
 // Where a window of `size` bytes from `p` ends: at the end of the text, or
 // where the sequence in which it would end is over (a sequence has at most
@@ -90,16 +92,16 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     const uint8_t lead = *p;
     const bool kernelFits = anyKernel && end - p >= kKernelText;
     if (kernelFits && p >= scalarUntil) {
-      const bool wide = kernel.wide != nullptr && (wideGoesOn || startsWideRun(p));
+      const bool wide = kernel.wide != nullptr && (wideGoesOn || kernel.startsWide(p));
       const DecodeKernel<Unit> run = wide ? kernel.wide : kernel.other;
       if (run != nullptr) {
         const uint8_t* const from = p;
-        const uint8_t* const stop = wide ? windowEnd(p, end, window) : end;
+        const uint8_t* const stop = wide && kernel.windowed ? windowEnd(p, end, window) : end;
         const size_t units = run(p, stop, dst + written, capacity - written);
         written += units;
         // Wide text gives a unit for two bytes or more; the kernel leaves at
         // most a vector's worth of a window it went through.
-        wideGoesOn = wide && stop != end && stop - p < kKernelText &&
+        wideGoesOn = wide && kernel.windowed && stop != end && stop - p < kKernelText &&
                      static_cast<size_t>(p - from) >= 2 * units;
         window = wideGoesOn ? std::min(4 * window, kLargestWindow) : kFirstWindow;
         // Where a kernel converted nothing, the next block goes through the

@@ -117,6 +117,7 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
   size_t written = 0;
   const __m128i all = _mm_set1_epi8(-1);
   while (end - p >= 48 && room - written >= 16) {
+    if (startsThreeByteRun(p)) break;
     const __m128i b0 = loadBytes(p);
     if (highBits(b0) == 0) {
       // Runs of ASCII go 64 bytes a step.

@@ -227,6 +227,22 @@ QTA_UTF8_KERNEL void storeUnits32x2(char32_t* out, __m128i low, __m128i high) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4), high);
 }
 
+// Three-byte sequences laid into 32-bit lanes by kThreeByteShuffle (the last
+// byte lowest), as a vector of any width: their code points, and the lanes
+// that do not hold a well-formed sequence (-1 there): a lead of 0xE0 to 0xEF
+// with two continuation bytes, no overlong form and no surrogate.
+template <typename Lanes>
+QTA_UTF8_KERNEL Lanes threeByteValues(Lanes lanes) {
+  return (lanes >> 4 & 0xF000) | (lanes >> 2 & 0xFC0) | (lanes & 0x3F);
+}
+
+template <typename Lanes>
+QTA_UTF8_KERNEL Lanes notThreeByte(Lanes lanes, Lanes values) {
+  return ((lanes & 0xF0C0C0) != 0xE08080) | (values < 0x800) | ((values & 0xF800) == 0xD800);
+}
+
+using Lanes4 = int32_t __attribute__((vector_size(16)));
+
 // The steps through runs of sequences of one length (Chinese, Japanese and
 // emoji text), with fixed shuffles and no table look-up. A kernel with wider
 // vectors may specialise this for its own vector struct.
@@ -235,11 +251,20 @@ struct RunSteps16 {
   static constexpr size_t kThreeByteSequences = 8;
   static constexpr size_t kThreeByteReads = 28;
 
+  // Converts the step's sequences when they are all well formed, else
+  // writes nothing and returns false.
   template <typename Unit>
-  QTA_UTF8_KERNEL static void threeByte(const uint8_t* p, Unit* out) {
+  QTA_UTF8_KERNEL static bool threeByte(const uint8_t* p, Unit* out) {
     const __m128i shuffle = load16(kThreeByteShuffle.data());
-    storeUnits32x2(out, upTo3Values(_mm_shuffle_epi8(load16(p), shuffle)),
-                   upTo3Values(_mm_shuffle_epi8(load16(p + 12), shuffle)));
+    const auto low = reinterpret_cast<Lanes4>(_mm_shuffle_epi8(load16(p), shuffle));
+    const auto high = reinterpret_cast<Lanes4>(_mm_shuffle_epi8(load16(p + 12), shuffle));
+    const Lanes4 lowValues = threeByteValues(low);
+    const Lanes4 highValues = threeByteValues(high);
+    const Lanes4 bad = notThreeByte(low, lowValues) | notThreeByte(high, highValues);
+    if (_mm_movemask_epi8(reinterpret_cast<__m128i>(bad)) != 0) return false;
+    storeUnits32x2(out, reinterpret_cast<__m128i>(lowValues),
+                   reinterpret_cast<__m128i>(highValues));
+    return true;
   }
 
   // Four four-byte sequences at `p`; returns the units written.
@@ -415,7 +440,7 @@ QTA_UTF8_KERNEL size_t convertSteps(const uint8_t* p, size_t pos, size_t limit, 
       const size_t start = pos;
       for (size_t steps = runLength(ends, kThreeByteEnds, 3) / Runs::kThreeByteSequences;
            steps > 0 && pos + Runs::kThreeByteReads <= readable; --steps) {
-        Runs::threeByte(p + pos, out + written);
+        if (!Runs::threeByte(p + pos, out + written)) break;
         written += Runs::kThreeByteSequences;
         pos += 3 * Runs::kThreeByteSequences;
       }
@@ -472,14 +497,22 @@ constexpr size_t kChunk = 64;
 // reaching into the next chunk (up to 64 ASCII bytes), and a spare store.
 constexpr size_t kChunkRoom = 2 * kChunk + 16;
 
+// Whether sequence ends `ends` (from a sequence boundary on) start a run of
+// three-byte sequences worth leaving the chunks for.
+constexpr bool startsThreeByteRun(Mask128 ends) {
+  constexpr uint64_t kRun = kThreeByteEnds & 0xFFFFFF;  // eight sequences
+  return (static_cast<uint64_t>(ends) & 0xFFFFFF) == kRun;
+}
+
 // Converts from `src` chunk by chunk while two whole chunks lie ahead: each
 // chunk is judged once, and the steps through one chunk see the next. Stops
-// where the text is not well formed (then `wellFormed` is false), or before the
-// last two chunks or when `room` runs short. Advances `src`; returns the units
-// written.
+// where the text is not well formed (then `wellFormed` is false), before the
+// last two chunks, when `room` runs short, or where a run of three-byte
+// sequences starts (then `threeByteRunNext` is true). Advances `src`; returns
+// the units written.
 template <typename Vec, typename Unit>
 QTA_UTF8_KERNEL size_t decodeChunks(const uint8_t*& src, const uint8_t* end, Unit* out, size_t room,
-                                    bool& wellFormed) {
+                                    bool& wellFormed, bool& threeByteRunNext) {
   const uint8_t* base = src;
   size_t pos = 0;
   size_t written = 0;
@@ -498,6 +531,10 @@ QTA_UTF8_KERNEL size_t decodeChunks(const uint8_t*& src, const uint8_t* end, Uni
       const size_t spareUntil = next.bad == 0 ? kChunk + 16 : 0;
       pos = convertSteps<Vec>(base, pos, kChunk, static_cast<size_t>(end - base), masks, spareUntil,
                               out, written);
+      if (pos >= kChunk && startsThreeByteRun(masks.ends >> pos)) {
+        threeByteRunNext = true;
+        break;
+      }
     }
     if (pos < kChunk) break;
     if (end - base < static_cast<ptrdiff_t>(3 * kChunk) || room - written < kChunkRoom) break;
@@ -527,6 +564,24 @@ QTA_UTF8_KERNEL size_t decodeWindow(const uint8_t* p, size_t size, size_t readab
   return convertSteps<Vec>(p, 0, size, readable, masks, 0, out, written);
 }
 
+// Converts from `src` (a sequence boundary) the run of three-byte sequences
+// there, a step at a time while the step's sequences are all well formed:
+// each step judges its own bytes. Advances `src`; returns the units written.
+template <typename Vec, typename Unit>
+QTA_UTF8_KERNEL size_t threeByteRun(const uint8_t*& src, const uint8_t* end, Unit* out,
+                                    size_t room) {
+  using Runs = RunSteps<Vec>;
+  const uint8_t* p = src;
+  size_t written = 0;
+  while (end - p >= static_cast<ptrdiff_t>(Runs::kThreeByteReads) &&
+         room - written >= Runs::kThreeByteSequences && Runs::threeByte(p, out + written)) {
+    p += 3 * Runs::kThreeByteSequences;
+    written += Runs::kThreeByteSequences;
+  }
+  src = p;
+  return written;
+}
+
 // Windows at most this long; a window converts at most this many units.
 constexpr size_t kWindow = 64;
 
@@ -540,8 +595,13 @@ QTA_UTF8_KERNEL size_t decodeUtf8Vectors(const uint8_t*& src, const uint8_t* end
   const uint8_t* p = src;
   size_t written = 0;
   bool wellFormed = true;
-  if (end - p >= static_cast<ptrdiff_t>(2 * kChunk) && room >= kChunkRoom) {
-    written = decodeChunks<Vec>(p, end, out, room, wellFormed);
+  for (bool threeByteRunNext = true; threeByteRunNext;) {
+    written += threeByteRun<Vec>(p, end, out + written, room - written);
+    threeByteRunNext = false;
+    if (end - p >= static_cast<ptrdiff_t>(2 * kChunk) && room - written >= kChunkRoom) {
+      written +=
+          decodeChunks<Vec>(p, end, out + written, room - written, wellFormed, threeByteRunNext);
+    }
   }
   while (wellFormed && room - written >= kWindow) {
     const auto readable = static_cast<size_t>(end - p);

@@ -16,9 +16,30 @@ namespace qta::text::detail {
 size_t decodeUtf8Ssse3(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
 size_t decodeUtf8Ssse3(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
 
-// Blocks of 16 bytes while at least 48 remain and `room` is at least 16.
+// The run of well-formed three-byte sequences at `src`, 24 bytes a step.
+size_t decodeThreeByteRunAvx2(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
+size_t decodeThreeByteRunAvx2(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
+
+// Blocks of 16 bytes while at least 48 remain and `room` is at least 16, up
+// to a block that starts a three-byte run (below), which the kernel above
+// does better.
 size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
 size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
+
+// A three- or four-byte lead at `p` whose sequence is followed by another such
+// lead; reads at most p[4], so the caller keeps five bytes in view.
+inline bool startsWideRun(const uint8_t* p) {
+  return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
+}
+
+// Eight three-byte leads at `p`, three bytes apart; reads at most p[21], so
+// the caller keeps 22 bytes in view.
+inline bool startsThreeByteRun(const uint8_t* p) {
+  for (size_t at = 0; at < 24; at += 3) {
+    if ((p[at] & 0xF0) != 0xE0) return false;
+  }
+  return true;
+}
 
 }  // namespace qta::text::detail
 
