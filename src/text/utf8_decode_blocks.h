@@ -230,7 +230,8 @@ QTA_UTF8_KERNEL void storeUnits32x2(char32_t* out, __m128i low, __m128i high) {
 // Three-byte sequences laid into 32-bit lanes by kThreeByteShuffle (the last
 // byte lowest), as a vector of any width: their code points, and the lanes
 // that do not hold a well-formed sequence (-1 there): a lead of 0xE0 to 0xEF
-// with two continuation bytes, no overlong form and no surrogate.
+// with two continuation bytes and no overlong form (surrogate values are
+// decoded like any other).
 template <typename Lanes>
 QTA_UTF8_KERNEL Lanes threeByteValues(Lanes lanes) {
   return (lanes >> 4 & 0xF000) | (lanes >> 2 & 0xFC0) | (lanes & 0x3F);
@@ -238,7 +239,7 @@ QTA_UTF8_KERNEL Lanes threeByteValues(Lanes lanes) {
 
 template <typename Lanes>
 QTA_UTF8_KERNEL Lanes notThreeByte(Lanes lanes, Lanes values) {
-  return ((lanes & 0xF0C0C0) != 0xE08080) | (values < 0x800) | ((values & 0xF800) == 0xD800);
+  return ((lanes & 0xF0C0C0) != 0xE08080) | (values < 0x800);
 }
 
 using Lanes4 = int32_t __attribute__((vector_size(16)));
