@@ -26,47 +26,28 @@ constexpr size_t unitsForLead(uint8_t lead) {
 template <typename Unit>
 using DecodeKernel = size_t (*)(const uint8_t*&, const uint8_t*, Unit*, size_t);
 
-// The vector kernels of the highest level enabled (none: plain SSE2), and
-// where each runs. The SSSE3 kernel beats the scalar loops below only on text
+// The vector kernel of the highest level enabled (none: plain SSE2), and
+// where it starts. The SSSE3 kernel beats the scalar loops below only on text
 // of three- and four-byte sequences (Chinese, Japanese, Korean, Hindi, emoji),
-// so it starts where two such sequences follow each other and first sees a
-// window of the text: mostly-ASCII text and two-byte scripts stay on the
-// scalar loops, and a stray pair in English text hands it one window. While
-// its windows keep holding such text it goes on with ever larger ones. With
-// AVX2, the block kernel runs everywhere except in runs of three-byte
-// sequences, which have a kernel of their own.
+// so it starts only where two such sequences follow each other and stops at
+// ASCII: mostly-ASCII text and two-byte scripts stay on the scalar loops.
 template <typename Unit>
 struct KernelChoice {
-  DecodeKernel<Unit> wide = nullptr;  // where `startsWide` says
-  bool (*startsWide)(const uint8_t*) = nullptr;
-  bool windowed = false;               // `wide` takes windows
-  DecodeKernel<Unit> other = nullptr;  // everywhere else
+  DecodeKernel<Unit> run = nullptr;
+  bool wideRunsOnly = false;  // starts only at two three- or four-byte sequences
 };
 
 template <typename Unit>
 KernelChoice<Unit> pickKernel() {
-  if (detail::avx2Enabled()) {
-    return {&detail::decodeThreeByteRunAvx2, &detail::startsThreeByteRun, false,
-            &detail::decodeUtf8Avx2};
-  }
-  if (detail::ssse3Enabled()) {
-    return {&detail::decodeUtf8Ssse3, &detail::startsWideRun, true, nullptr};
-  }
+  if (detail::avx2Enabled()) return {&detail::decodeUtf8Avx2};
+  if (detail::ssse3Enabled()) return {&detail::decodeBlocksSsse3, true};
   return {};
 }
 
-// The first window of the windowed kernel, and the largest.
-constexpr ptrdiff_t kFirstWindow = 256;
-constexpr ptrdiff_t kLargestWindow = ptrdiff_t{1} << 20;
-
-// Where a window of `size` bytes from `p` ends: at the end of the text, or
-// where the sequence in which it would end is over (a sequence has at most
-// three continuation bytes).
-inline const uint8_t* windowEnd(const uint8_t* p, const uint8_t* end, ptrdiff_t size) {
-  if (end - p <= size) return end;
-  const uint8_t* stop = p + size;
-  for (int i = 0; i < 3 && stop != end && detail::isContinuation(*stop); ++i) ++stop;
-  return stop;
+// A three- or four-byte lead at `p` whose sequence is followed by another such
+// lead; reads at most p[4], so the caller keeps five bytes in view.
+inline bool startsWideRun(const uint8_t* p) {
+  return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
 }
 
 // The vector kernels take over where at least this much text remains; below
@@ -82,33 +63,16 @@ template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
   const KernelChoice<Unit> kernel = pickKernel<Unit>();
-  const bool anyKernel = kernel.wide != nullptr || kernel.other != nullptr;
   const uint8_t* p = src;
   size_t written = 0;
-  const uint8_t* scalarUntil = p;  // where a kernel may be tried again
-  ptrdiff_t window = kFirstWindow;
-  bool wideGoesOn = false;  // the windowed kernel's last window held wide text throughout
+  const uint8_t* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     const uint8_t lead = *p;
-    const bool kernelFits = anyKernel && end - p >= kKernelText;
-    if (kernelFits && p >= scalarUntil) {
-      const bool wide = kernel.wide != nullptr && (wideGoesOn || kernel.startsWide(p));
-      const DecodeKernel<Unit> run = wide ? kernel.wide : kernel.other;
-      if (run != nullptr) {
-        const uint8_t* const from = p;
-        const uint8_t* const stop = wide && kernel.windowed ? windowEnd(p, end, window) : end;
-        const size_t units = run(p, stop, dst + written, capacity - written);
-        written += units;
-        // Wide text gives a unit for two bytes or more; the kernel leaves at
-        // most a vector's worth of a window it went through.
-        wideGoesOn = wide && kernel.windowed && stop != end && stop - p < kKernelText &&
-                     static_cast<size_t>(p - from) >= 2 * units;
-        window = wideGoesOn ? std::min(4 * window, kLargestWindow) : kFirstWindow;
-        // Where a kernel converted nothing, the next block goes through the
-        // scalar reader.
-        scalarUntil = p != from ? p : p + std::min<ptrdiff_t>(kBlock, end - p);
-        continue;
-      }
+    const bool kernelFits = kernel.run != nullptr && end - p >= kKernelText;
+    if (kernelFits && p >= scalarUntil && (!kernel.wideRunsOnly || startsWideRun(p))) {
+      written += kernel.run(p, end, dst + written, capacity - written);
+      scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
+      continue;
     }
     if (lead < 0x80) {
       if (written == capacity) break;
@@ -126,7 +90,7 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     // text) in a tight loop, up to where the kernel may take over (a kernel
     // that starts only at three-byte leads leaves it the whole run: the loop
     // stops at those leads itself).
-    const bool kernelTakesRuns = kernelFits && kernel.other != nullptr;
+    const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
     while (runEnd - p >= 2 && written < capacity) {

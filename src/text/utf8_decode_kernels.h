@@ -12,25 +12,23 @@
 
 namespace qta::text::detail {
 
-// Windows judged with the validity check's tables (utf8_decode_blocks.h).
-size_t decodeUtf8Ssse3(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
-size_t decodeUtf8Ssse3(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
+// Blocks of 16 bytes while at least 48 remain and `room` is at least 16, up
+// to a block of ASCII; runs of three-byte sequences (see startsThreeByteRun)
+// go through the run kernel below.
+size_t decodeBlocksSsse3(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
+size_t decodeBlocksSsse3(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
 
 // The run of well-formed three-byte sequences at `src`, 24 bytes a step.
+size_t decodeThreeByteRunSsse3(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
+size_t decodeThreeByteRunSsse3(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
 size_t decodeThreeByteRunAvx2(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
 size_t decodeThreeByteRunAvx2(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
 
-// Blocks of 16 bytes while at least 48 remain and `room` is at least 16, up
-// to a block that starts a three-byte run (below), which the kernel above
-// does better.
+// Blocks of 16 bytes while at least 48 remain and `room` is at least 16
+// (runs of ASCII 64 at a time); runs of three-byte sequences go through the
+// run kernel above.
 size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
 size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
-
-// A three- or four-byte lead at `p` whose sequence is followed by another such
-// lead; reads at most p[4], so the caller keeps five bytes in view.
-inline bool startsWideRun(const uint8_t* p) {
-  return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
-}
 
 // Eight three-byte leads at `p`, three bytes apart; reads at most p[21], so
 // the caller keeps 22 bytes in view.
