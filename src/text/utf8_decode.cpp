@@ -26,23 +26,21 @@ constexpr size_t unitsForLead(uint8_t lead) {
 template <typename Unit>
 using DecodeKernel = size_t (*)(const uint8_t*&, const uint8_t*, Unit*, size_t);
 
-// The vector kernel of the highest level enabled (none: plain SSE2), and how
-// it is used. The SSSE3 kernel beats the scalar loops below only on text of
-// three- and four-byte sequences (Chinese, Japanese, Korean, Hindi, emoji), so
-// it starts where two such sequences follow each other and sees a window of
-// the text: mostly-ASCII text and two-byte scripts stay on the scalar loops,
-// and a stray pair of them in English text hands the kernel one window.
+// The vector kernel of the highest level enabled (none: plain SSE2), and
+// where it starts. The SSSE3 kernel beats the scalar loops below only on text
+// of three- and four-byte sequences (Chinese, Japanese, Korean, Hindi, emoji),
+// so it starts only where two such sequences follow each other and stops at
+// ASCII: mostly-ASCII text and two-byte scripts stay on the scalar loops.
 template <typename Unit>
 struct KernelChoice {
   DecodeKernel<Unit> run = nullptr;
   bool wideRunsOnly = false;  // starts only at two three- or four-byte sequences
-  ptrdiff_t window = std::numeric_limits<ptrdiff_t>::max();  // text it sees per call
 };
 
 template <typename Unit>
 KernelChoice<Unit> pickKernel() {
   if (detail::avx2Enabled()) return {&detail::decodeUtf8Avx2};
-  if (detail::ssse3Enabled()) return {&detail::decodeUtf8Ssse3, true, 256};
+  if (detail::ssse3Enabled()) return {&detail::decodeBlocksSsse3, true};
   return {};
 }
 
@@ -72,11 +70,7 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     const uint8_t lead = *p;
     const bool kernelFits = kernel.run != nullptr && end - p >= kKernelText;
     if (kernelFits && p >= scalarUntil && (!kernel.wideRunsOnly || startsWideRun(p))) {
-      const uint8_t* window = end - p > kernel.window ? p + kernel.window : end;
-      // A window that ends inside a sequence would leave it to the scalar
-      // reader; a sequence has at most three continuation bytes.
-      for (int i = 0; i < 3 && window != end && detail::isContinuation(*window); ++i) ++window;
-      written += kernel.run(p, window, dst + written, capacity - written);
+      written += kernel.run(p, end, dst + written, capacity - written);
       scalarUntil = p + std::min<ptrdiff_t>(kBlock, end - p);
       continue;
     }

@@ -10,6 +10,7 @@
 
 #include <array>
 
+#include "text/utf8_block_rules.h"
 #include "text/utf8_decode_kernels.h"
 #include "text/utf_blocks.h"
 
@@ -50,41 +51,6 @@ __attribute__((target("avx2"))) inline void storeUnits(char32_t* out, __m128i un
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_cvtepu16_epi32(units));
 }
 
-// Sixteen bytes that are exactly four well-formed four-byte sequences of
-// 0x10000 to 0x10FFFF (emoji text): their code points, else false.
-__attribute__((target("avx2"))) inline bool fourByteSequences(__m128i w, __m128i& codePoints) {
-  const __m128i shape =
-      _mm_cmpeq_epi32(_mm_and_si128(w, _mm_set1_epi32(0xC0C0C0F8)), _mm_set1_epi32(0x808080F0));
-  const __m128i v =
-      _mm_or_si128(_mm_or_si128(_mm_slli_epi32(_mm_and_si128(w, _mm_set1_epi32(0x07)), 18),
-                                _mm_slli_epi32(_mm_and_si128(w, _mm_set1_epi32(0x3F00)), 4)),
-                   _mm_or_si128(_mm_and_si128(_mm_srli_epi32(w, 10), _mm_set1_epi32(0xFC0)),
-                                _mm_and_si128(_mm_srli_epi32(w, 24), _mm_set1_epi32(0x3F))));
-  const __m128i inRange = _mm_and_si128(_mm_cmpgt_epi32(v, _mm_set1_epi32(0xFFFF)),
-                                        _mm_cmpgt_epi32(_mm_set1_epi32(0x110000), v));
-  codePoints = v;
-  return _mm_movemask_epi8(_mm_and_si128(shape, inRange)) == 0xFFFF;
-}
-
-// Writes four code points from 0x10000 up as four surrogate pairs or as themselves.
-__attribute__((target("avx2"))) inline size_t storeSupplementary(__m128i v, char16_t* out) {
-  const __m128i t = _mm_sub_epi32(v, _mm_set1_epi32(0x10000));
-  const __m128i high = _mm_or_si128(_mm_srli_epi32(t, 10), _mm_set1_epi32(0xD800));
-  const __m128i low = _mm_or_si128(_mm_and_si128(t, _mm_set1_epi32(0x3FF)), _mm_set1_epi32(0xDC00));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_or_si128(high, _mm_slli_epi32(low, 16)));
-  return 8;
-}
-
-__attribute__((target("avx2"))) inline size_t storeSupplementary(__m128i v, char32_t* out) {
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), v);
-  return 4;
-}
-
-// One bit per continuation byte among the 16 bytes at `p`.
-inline unsigned continuationBits(const uint8_t* p) {
-  return static_cast<unsigned>(_mm_movemask_epi8(continuationLanes(loadBytes(p))));
-}
-
 // Writes 16 ASCII bytes as 16 units.
 __attribute__((target("avx2"))) inline void widenAscii(__m128i bytes, char16_t* out) {
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_cvtepu8_epi16(bytes));
@@ -110,12 +76,13 @@ __attribute__((target("avx2"))) inline bool widenAscii64(const uint8_t* p, Unit*
   return true;
 }
 
+// Converts blocks of 16 bytes up to a run of three-byte sequences (then
+// `atRun` is set).
 template <typename Unit>
 __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const uint8_t* end,
-                                                    Unit* out, size_t room) {
+                                                    Unit* out, size_t room, bool& atRun) {
   const uint8_t* p = src;
   size_t written = 0;
-  const __m128i all = _mm_set1_epi8(-1);
   while (end - p >= 48 && room - written >= 16) {
     const __m128i b0 = loadBytes(p);
     if (highBits(b0) == 0) {
@@ -133,14 +100,26 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
     // The second half is stored as 8 units after the first half's output, so the
     // output still to come must reach that far: count the lead bytes of the
     // block's second half and of the 32 bytes after it.
-    const unsigned keep = 0xFFFF & ~_mm_movemask_epi8(continuationLanes(b0));
-    const unsigned leadsAfter = ~(continuationBits(p + 16) | continuationBits(p + 32) << 16);
-    if (highBits(atLeast(b0, 0xF0)) != 0) {
-      __m128i codePoints;
-      if (!fourByteSequences(b0, codePoints)) break;
-      written += storeSupplementary(codePoints, out + written);
-      p += kBlock;
-      continue;
+    const unsigned keep = leadBits(p);
+    const unsigned leadsAfter = leadBits(p + 16) | leadBits(p + 32) << 16;
+    // Blocks with three- or four-byte leads: four four-byte sequences, or the
+    // start of a run of three-byte sequences (leads three bytes apart), which
+    // goes to a kernel of its own. One test keeps two-byte scripts off both.
+    if (highBits(atLeast(b0, 0xE0)) != 0) {
+      if (highBits(atLeast(b0, 0xF0)) != 0) {
+        __m128i codePoints;
+        if (!fourByteSequences(b0, codePoints)) break;
+        written += storeSupplementary(codePoints, out + written);
+        p += kBlock;
+        continue;
+      }
+      if (keep == 0x9249 || keep == 0x4924 || keep == 0x2492) {
+        if (const uint8_t* run = threeByteRunAt(p)) {
+          p = run;
+          atRun = true;
+          break;
+        }
+      }
     }
     if (__builtin_popcount(keep >> 8) + __builtin_popcount(leadsAfter) < 8) break;
 
@@ -148,14 +127,7 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
     const __m128i b2 = loadBytes(p + 2);
     const __m128i lead = atLeast(b0, 0xC0);  // two- and three-byte leads
     const __m128i lead3 = atLeast(b0, 0xE0);
-    // '?' for a lead without its continuation bytes, for 0xC0 and 0xC1 (always
-    // overlong) and for 0xE0 followed by less than 0xA0 (overlong).
-    __m128i bad = _mm_andnot_si128(continuationLanes(b1), lead);
-    bad = _mm_or_si128(bad, _mm_andnot_si128(continuationLanes(b2), lead3));
-    bad = _mm_or_si128(bad, _mm_cmpeq_epi8(_mm_and_si128(b0, _mm_set1_epi8(-2)),
-                                           _mm_set1_epi8(static_cast<char>(0xC0))));
-    const __m128i e0 = _mm_cmpeq_epi8(b0, _mm_set1_epi8(static_cast<char>(0xE0)));
-    bad = _mm_or_si128(bad, _mm_and_si128(e0, _mm_xor_si128(atLeast(b1, 0xA0), all)));
+    const __m128i bad = leadsGivingReplacement(b0, b1, b2);
 
     // The value at every position, as if a sequence started there.
     const __m256i w0 = _mm256_cvtepu8_epi16(b0);
@@ -182,14 +154,29 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
   return written;
 }
 
+// Blocks and runs of three-byte sequences in turn, until a run converts
+// nothing (the caller's sequence reader goes on there) or the blocks stop.
+template <typename Unit>
+size_t decodeBlocksAndRuns(const uint8_t*& src, const uint8_t* end, Unit* out, size_t room) {
+  size_t written = 0;
+  for (;;) {
+    bool atRun = false;
+    written += decodeBlocks(src, end, out + written, room - written, atRun);
+    if (!atRun) return written;
+    const size_t units = decodeThreeByteRunAvx2(src, end, out + written, room - written);
+    if (units == 0) return written;
+    written += units;
+  }
+}
+
 }  // namespace
 
 size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room) {
-  return decodeBlocks(src, end, out, room);
+  return decodeBlocksAndRuns(src, end, out, room);
 }
 
 size_t decodeUtf8Avx2(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room) {
-  return decodeBlocks(src, end, out, room);
+  return decodeBlocksAndRuns(src, end, out, room);
 }
 
 }  // namespace qta::text::detail

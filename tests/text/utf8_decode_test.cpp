@@ -78,6 +78,24 @@ TEST(Utf8Decode, IllFormedInputAtEveryPlace) {
   }
 }
 
+// Long texts, so the kernels run through whole runs and ever larger windows
+// before they meet the ill-formed input: each step must judge its own bytes.
+TEST(Utf8Decode, IllFormedInputDeepInLongText) {
+  const std::vector<std::string> scripts = {kScripts[3], kScripts[4], kScripts[5]};
+  const std::vector<std::string> defects = {"\xE0\x9F\xBF", "\x80", "\xE2\x82", "\xF0\x9F\x98"};
+  for (const std::string& script : scripts) {
+    const std::string text = repeated(script, 3000);
+    for (const std::string& defect : defects) {
+      SCOPED_TRACE(testing::PrintToString(script) + " with " + testing::PrintToString(defect));
+      for (size_t at = 200; at <= text.size(); at += 97) {
+        std::string input = text;
+        input.insert(at, defect);
+        EXPECT_EQ(unicoderef::onEveryPath([&] { return bothDirections(input); }), "") << at;
+      }
+    }
+  }
+}
+
 // The incremental form into buffers of every size up to a few windows, on a
 // text that goes from long ASCII runs to every script and back: a call must
 // never write past its buffer, whichever step or window the end of the
