@@ -423,9 +423,13 @@ QTA_ENCODE_KERNEL size_t encodeBlocks(const Unit*& src, const Unit* end, char* o
     const unsigned masks = Vec::quarterMasks(ascii, below800);
     if ((masks & kAllAscii) == kAllAscii) break;  // the caller's ASCII loop is faster
     if ((masks & kAllBelowU800) == kAllBelowU800) {
-      const Unit* const runStart = p;
-      o = belowU800Run<Vec>(p, end, o, room - kStepRoom - static_cast<size_t>(o - out), units, k);
-      if (p != runStart) continue;
+      // Only on 16-byte vectors: in the 32-byte loop its code made the steps
+      // for three-byte text (Chinese, Japanese, Korean) slower.
+      if constexpr (Vec::kParts == 1) {
+        const Unit* const runStart = p;
+        o = belowU800Run<Vec>(p, end, o, room - kStepRoom - static_cast<size_t>(o - out), units, k);
+        if (p != runStart) continue;
+      }
       o = belowU800<Vec>(o, units, ascii, k);
     } else if ((masks & kAllBelowU800) == 0) {
       o = threeBytes<Vec>(o, units, k);
