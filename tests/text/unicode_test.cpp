@@ -69,8 +69,13 @@ TEST(UnicodeEncode, Utf16PairsAndUnpairedSurrogates) {
 // form, with exactly sized buffers.
 TEST(UnicodeEncode, OddUnitsInRunsOnEveryPath) {
   const std::u16string runs[] = {
-      u"a",          u"\u00E9",        u"\u4E2D",
-      u"\U0001F600", u"a\u00E9\u4E2D", u"\u07FF\u0800\u007F\u0080\uFFFF"};
+      u"a",
+      u"\u00E9",
+      u"\u4E2D",
+      u"\U0001F600",
+      u"a\u00E9\u4E2D",
+      u"\u07FF\u0800\u007F\u0080\uFFFF",
+      u"\u05D0\u05D1 abcdefghijk"};  // words of two-byte letters with ASCII-only blocks
   const std::u16string odd16[] = {{0xD800}, {0xDC00}, u"\U0001F600", {0xFFFF},
                                   u"a",     {0xE9},   {0x4E2D},      {0xDBFF, 0xDBFF}};
   const std::u32string odd32[] = {{0xD800},   {0xDFFF},     {0x10041}, {0x10FFFF},

@@ -5,7 +5,9 @@
 // buffers of exactly the result's size.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "text/unicode_checks.h"
@@ -45,6 +47,48 @@ TEST(Utf8Decode, EveryScriptCutAtEveryLength) {
       const std::string input = repeated(script, size);
       EXPECT_EQ(unicoderef::onEveryPath([&] { return bothDirections(input); }), "") << size;
     }
+  }
+}
+
+// Output buffers that start at every offset from a 32-byte boundary: the
+// vector steps align their stores to the output, so what they keep of a block
+// depends on where the output starts. The units before the buffer must stay
+// untouched, the buffer ends with the result and the result must not depend
+// on the offset.
+template <typename Unit>
+std::string checkAtEveryOffset(const std::string& input, const std::basic_string<Unit>& expected) {
+  constexpr size_t kOffsets = 32 / sizeof(Unit);
+  for (size_t offset = 0; offset < kOffsets; ++offset) {
+    std::vector<Unit> buffer(offset + expected.size(), Unit{'#'});
+    Unit* const out = buffer.data() + offset;
+    size_t n = 0;
+    if constexpr (sizeof(Unit) == 2) {
+      n = qta::text::utf8ToUtf16(input.data(), input.size(), out, false);
+    } else {
+      n = qta::text::utf8ToUtf32(input.data(), input.size(), out, false);
+    }
+    const bool before = std::all_of(buffer.data(), out, [](Unit u) { return u == Unit{'#'}; });
+    if (!before || std::basic_string_view<Unit>(out, n) != expected) {
+      return std::to_string(8 * sizeof(Unit)) + "-bit output differs at offset " +
+             std::to_string(offset);
+    }
+  }
+  return "";
+}
+
+TEST(Utf8Decode, OutputAtEveryOffset) {
+  for (const std::string& script : kScripts) {
+    SCOPED_TRACE(testing::PrintToString(script));
+    // Long ASCII runs before, between and after each script.
+    const std::string ascii = repeated("ascii text ", 150);
+    const std::string input = ascii + repeated(script, 70) + ascii + script + ascii;
+    const std::u16string utf16 = unicoderef::utf8ToUtf16(input);
+    const std::u32string utf32 = unicoderef::utf8ToUtf32(input);
+    EXPECT_EQ(unicoderef::onEveryPath([&] {
+                const std::string problem = checkAtEveryOffset(input, utf16);
+                return problem.empty() ? checkAtEveryOffset(input, utf32) : problem;
+              }),
+              "");
   }
 }
 
