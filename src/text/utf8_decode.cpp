@@ -8,6 +8,7 @@
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
 #include "text/utf8_decode_kernels.h"
+#include "text/utf8_decode_pairs.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -52,6 +53,13 @@ inline bool startsWideRun(const uint8_t* p) {
   return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
 }
 
+// Three two-byte leads in a row at `p` (reads up to p[4]): a run for the
+// 16-byte steps. A few accented letters in ASCII text are cheaper to convert
+// one by one.
+inline bool startsPairRun(const uint8_t* p) {
+  return ((p[0] & p[2] & p[4]) & 0xE0) == 0xC0 && ((p[0] | p[2] | p[4]) & 0x20) == 0;
+}
+
 // The vector kernels take over where at least this much text remains; below
 // it their setup costs more than the sequence reader.
 constexpr ptrdiff_t kKernelText = 64;
@@ -65,6 +73,7 @@ template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
   const KernelChoice<Unit> kernel = pickKernel<Unit>();
+  const bool pairSteps = detail::ssse3Enabled();
   const uint8_t* p = src;
   size_t written = 0;
   const uint8_t* scalarUntil = p;  // where the kernel may be tried again
@@ -82,6 +91,20 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     }
     if (lead < 0x80) {
       if (written == capacity) break;
+      // Four blocks a step while they are ASCII, then block by block.
+      while (static_cast<size_t>(end - p) >= 4 * kBlock && capacity - written >= 4 * kBlock) {
+        const __m128i b0 = detail::loadBytes(p);
+        const __m128i b1 = detail::loadBytes(p + kBlock);
+        const __m128i b2 = detail::loadBytes(p + 2 * kBlock);
+        const __m128i b3 = detail::loadBytes(p + 3 * kBlock);
+        if (detail::highBits(_mm_or_si128(_mm_or_si128(b0, b1), _mm_or_si128(b2, b3))) != 0) break;
+        detail::storeWidened(b0, dst + written);
+        detail::storeWidened(b1, dst + written + kBlock);
+        detail::storeWidened(b2, dst + written + 2 * kBlock);
+        detail::storeWidened(b3, dst + written + 3 * kBlock);
+        p += 4 * kBlock;
+        written += 4 * kBlock;
+      }
       while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock) {
         const __m128i bytes = detail::loadBytes(p);
         if (detail::highBits(bytes) != 0) break;
@@ -95,10 +118,16 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
     // text) in a tight loop, up to where the kernel may take over (a kernel
     // that starts only at three-byte leads leaves it the whole run: the loop
-    // stops at those leads itself).
+    // stops at those leads itself). Short texts, which no kernel takes, go 16
+    // bytes a step first; in long text the step's calls cost more than they
+    // save on the few foreign words of ASCII-heavy text.
     const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
+    if (pairSteps && runEnd - p >= detail::kPairStepBytes && end - p < kKernelText &&
+        startsPairRun(p)) {
+      written += detail::decodePairsSsse3(p, runEnd, dst + written, capacity - written);
+    }
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];
       const uint32_t b1 = p[1];

@@ -1,0 +1,104 @@
+// One- and two-byte UTF-8 sequences to UTF-16 and UTF-32, 16 bytes a step.
+#include "text/utf8_decode_pairs.h"
+
+#define QTA_UTF8_KERNEL_TARGET "ssse3"
+#include "text/utf8_validate_blocks.h"
+// Keep after the header above, which it builds on.
+#include "text/utf8_decode_blocks.h"
+
+namespace qta::text::detail {
+namespace {
+
+// Sixteen bytes judged as one- and two-byte sequences from the first byte on.
+struct PairBlock {
+  __m128i bytes;
+  unsigned keep;  // positions that start a converted sequence (ASCII bytes and leads)
+  size_t length;  // bytes converted: 16, or 15 when the last byte leads a sequence
+  bool ok;        // the block holds nothing else
+};
+
+QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p) {
+  const __m128i v = load16(p);
+  // As signed bytes, continuation bytes are -128 to -65 and the leads 0xC2 to
+  // 0xDF (0xC0 and 0xC1 only start overlong forms) are -62 to -33.
+  const __m128i leadLanes =
+      _mm_and_si128(_mm_cmpgt_epi8(v, _mm_set1_epi8(-63)), _mm_cmplt_epi8(v, _mm_set1_epi8(-32)));
+  const auto ascii = static_cast<unsigned>(~_mm_movemask_epi8(v)) & 0xFFFF;
+  const auto leads = static_cast<unsigned>(_mm_movemask_epi8(leadLanes));
+  const auto continuations =
+      static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, _mm_set1_epi8(-64))));
+  // Every byte is of one kind, and a continuation byte follows each lead.
+  const bool ok =
+      (ascii | leads | continuations) == 0xFFFF && continuations == ((leads << 1) & 0xFFFF);
+  const unsigned cut = leads >> 15;  // the last lead's continuation byte is not in view
+  return {v, (ascii | leads) & (0xFFFFu >> cut), 16 - cut, ok};
+}
+
+// Eight 16-bit lanes holding a byte and the byte after it: the value as if a
+// sequence of one or two bytes started there, the lanes `keep` marks moved to
+// the front.
+QTA_UTF8_KERNEL __m128i pairUnits(__m128i b0, __m128i b1, unsigned keep) {
+  const __m128i two = _mm_or_si128(_mm_slli_epi16(_mm_and_si128(b0, _mm_set1_epi16(0x1F)), 6),
+                                   _mm_and_si128(b1, _mm_set1_epi16(0x3F)));
+  const __m128i lead = _mm_cmpgt_epi16(b0, _mm_set1_epi16(0x7F));
+  return _mm_shuffle_epi8(select(lead, two, b0), load16(kKeep[keep].data()));
+}
+
+// Writes the units of a judged block and returns how many. With `spare`, the
+// stores may reach up to 8 units past them.
+template <typename Unit>
+QTA_UTF8_KERNEL size_t storePairBlock(Unit* out, const PairBlock& block, bool spare) {
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i next = _mm_srli_si128(block.bytes, 1);
+  const unsigned lowKeep = block.keep & 0xFF;
+  const unsigned highKeep = block.keep >> 8;
+  const size_t lowCount = kBitCounts[lowKeep];
+  const size_t units = lowCount + kBitCounts[highKeep];
+  // The high half's units overwrite whatever the low half's store writes
+  // past its own, up to the block's end.
+  storeUnits16(
+      out, pairUnits(_mm_unpacklo_epi8(block.bytes, zero), _mm_unpacklo_epi8(next, zero), lowKeep),
+      lowCount, spare || units >= 8);
+  storeUnits16(
+      out + lowCount,
+      pairUnits(_mm_unpackhi_epi8(block.bytes, zero), _mm_unpackhi_epi8(next, zero), highKeep),
+      units - lowCount, spare);
+  return units;
+}
+
+template <typename Unit>
+QTA_UTF8_KERNEL size_t decodePairs(const uint8_t*& src, const uint8_t* end, Unit* out,
+                                   size_t room) {
+  const uint8_t* p = src;
+  size_t written = 0;
+  if (end - p < kPairStepBytes || room < 16) return 0;
+  PairBlock block = judgePairs(p);
+  while (block.ok) {
+    const uint8_t* next = p + block.length;
+    // A well-formed block after this one gives at least 8 units: room for
+    // this block's spare stores.
+    PairBlock following{};
+    if (end - next >= kPairStepBytes) following = judgePairs(next);
+    const bool more = following.ok && room - written >= 32;
+    written += storePairBlock(out + written, block, more);
+    p = next;
+    if (!more) break;
+    block = following;
+  }
+  src = p;
+  return written;
+}
+
+}  // namespace
+
+[[gnu::target("ssse3")]] size_t decodePairsSsse3(const uint8_t*& src, const uint8_t* end,
+                                                 char16_t* out, size_t room) {
+  return decodePairs(src, end, out, room);
+}
+
+[[gnu::target("ssse3")]] size_t decodePairsSsse3(const uint8_t*& src, const uint8_t* end,
+                                                 char32_t* out, size_t room) {
+  return decodePairs(src, end, out, room);
+}
+
+}  // namespace qta::text::detail
