@@ -7,6 +7,7 @@
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
 #include "text/utf8_encode_kernels.h"
+#include "text/utf8_encode_pairs.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -84,6 +85,7 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
   const BlockEncoder<Unit> blocks = blockEncoder<Unit>(features);
   const bool wideAscii =
       sizeof(Unit) == 2 && units >= detail::kAsciiRunUnits && (features & detail::kUseAvx2) != 0;
+  const bool pairSteps = sizeof(Unit) == 2 && features == 0 && detail::ssse3Enabled();
   const Unit* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     uint32_t c = *p;
@@ -108,9 +110,15 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
     }
     // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
-    // loop, up to where the kernel may take over.
+    // loop, up to where the kernel may take over; short texts, which the
+    // kernel leaves alone, eight units a step first.
     const Unit* const runEnd = blocks ? scalarUntil : end;
     const Unit* const runStart = p;
+    if constexpr (sizeof(Unit) == 2) {
+      if (pairSteps && end - p >= detail::kPairStepUnits) {
+        written += detail::encodePairsSsse3(p, end, dst + written, capacity - written);
+      }
+    }
     while (runEnd - p >= 2 && capacity - written >= 2) {
       const uint32_t u = p[0];
       if (u < 0x80) {
