@@ -19,6 +19,18 @@ using detail::kBlock;
 template <typename Unit>
 using BlockEncoder = size_t (*)(const Unit*&, const Unit*, char*, size_t);
 
+// Calls `step`, which advances the position it is given, on a copy of `p`:
+// `p` itself never has its address taken, so the loops keep it in a register
+// instead of reloading it after every byte they store (a char store may
+// change any object in memory).
+template <typename Unit, typename Step>
+inline size_t runOnCopy(Step step, const Unit*& p, const Unit* end, char* out, size_t room) {
+  const Unit* q = p;
+  const size_t written = step(q, end, out, room);
+  p = q;
+  return written;
+}
+
 // The vector kernel of the highest level in `features`, or none.
 template <typename Unit>
 BlockEncoder<Unit> blockEncoder(unsigned features) {
@@ -68,15 +80,20 @@ size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room
   return written;
 }
 
-// Converts from `src` until the input ends or the next code point does not fit
-// in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
-// Whole blocks of 16 ASCII units are narrowed at once; other text goes to the
-// vector kernel, and what it does not handle is encoded one code point at a
-// time for a few units before the kernel is tried again. Units that encode to
-// nothing are consumed even when the output is full.
+// The ASCII units from `p` on: whole blocks, then unit by unit. Advances `p`;
+// returns the bytes written.
 template <typename Unit>
-size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
-  detail::clearUpperState();
+size_t narrowAsciiRun(const Unit*& p, const Unit* end, char* out, size_t room) {
+  size_t written = narrowAsciiBlocks(p, end, out, room);
+  while (p < end && *p < 0x80 && written < room) out[written++] = static_cast<char>(*p++);
+  return written;
+}
+
+// Converts as encodeUtf8() does, after its ASCII start. Kept out of line: its
+// kernel calls make it save registers on entry, which short ASCII texts skip.
+template <typename Unit>
+[[gnu::noinline]] size_t encodeMixed(const Unit*& src, const Unit* end, char* dst,
+                                     size_t capacity) {
   const Unit* p = src;
   size_t written = 0;
   // Short texts leave the kernels alone.
@@ -93,10 +110,9 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       if (written == capacity) break;
       if constexpr (sizeof(Unit) == 2) {
         if (wideAscii)
-          written += detail::narrowAsciiAvx2(p, end, dst + written, capacity - written);
+          written += runOnCopy(detail::narrowAsciiAvx2, p, end, dst + written, capacity - written);
       }
-      written += narrowAsciiBlocks(p, end, dst + written, capacity - written);
-      while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
+      written += narrowAsciiRun(p, end, dst + written, capacity - written);
       continue;
     }
     // A lone non-ASCII unit in ASCII text is cheaper to encode on its own.
@@ -104,7 +120,7 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       if (static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits &&
           capacity - written >= detail::kEncodeBlocksMinRoom) {
         const Unit* before = p;
-        written += blocks(p, end, dst + written, capacity - written);
+        written += runOnCopy(blocks, p, end, dst + written, capacity - written);
         if (p != before) continue;
       }
       scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
@@ -116,7 +132,7 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
     const Unit* const runStart = p;
     if constexpr (sizeof(Unit) == 2) {
       if (pairSteps && end - p >= detail::kPairStepUnits) {
-        written += detail::encodePairsSsse3(p, end, dst + written, capacity - written);
+        written += runOnCopy(detail::encodePairsSsse3, p, end, dst + written, capacity - written);
       }
     }
     while (runEnd - p >= 2 && capacity - written >= 2) {
@@ -152,6 +168,28 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
   }
   src = p;
   return written;
+}
+
+// Texts shorter than this that start with ASCII have their ASCII units
+// narrowed before the rest goes to encodeMixed(); longer ones go there at
+// once, for its wide ASCII steps.
+constexpr ptrdiff_t kShortUnits = 64;
+
+// Converts from `src` until the input ends or the next code point does not fit
+// in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
+// Whole blocks of 16 ASCII units are narrowed at once; other text goes to the
+// vector kernel, and what it does not handle is encoded one code point at a
+// time for a few units before the kernel is tried again. Units that encode to
+// nothing are consumed even when the output is full.
+template <typename Unit>
+size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
+  detail::clearUpperState();
+  size_t written = 0;
+  if (end - src < kShortUnits && src != end && *src < 0x80) {
+    written = narrowAsciiRun(src, end, dst, capacity);
+    if (src == end) return written;
+  }
+  return written + encodeMixed(src, end, dst + written, capacity - written);
 }
 
 template <typename Unit>
