@@ -64,14 +64,41 @@ inline bool startsPairRun(const uint8_t* p) {
 // it their setup costs more than the sequence reader.
 constexpr ptrdiff_t kKernelText = 64;
 
-// Converts from `src` until the input ends or the next sequence does not fit in
-// the `capacity` units at `dst`. Advances `src`; returns the units written.
-// The vector kernel converts what it can; where it stops, the next block goes
-// through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
-// at once) before the kernel is tried again.
+// The ASCII bytes from `p` on as units: whole blocks, then byte by byte.
+// Advances `p`; returns the units written.
 template <typename Unit>
-size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
-  detail::clearUpperState();
+size_t widenAsciiRun(const uint8_t*& p, const uint8_t* end, Unit* out, size_t room) {
+  size_t written = 0;
+  // Four blocks a step while they are ASCII, then block by block.
+  while (static_cast<size_t>(end - p) >= 4 * kBlock && room - written >= 4 * kBlock) {
+    const __m128i b0 = detail::loadBytes(p);
+    const __m128i b1 = detail::loadBytes(p + kBlock);
+    const __m128i b2 = detail::loadBytes(p + 2 * kBlock);
+    const __m128i b3 = detail::loadBytes(p + 3 * kBlock);
+    if (detail::highBits(_mm_or_si128(_mm_or_si128(b0, b1), _mm_or_si128(b2, b3))) != 0) break;
+    detail::storeWidened(b0, out + written);
+    detail::storeWidened(b1, out + written + kBlock);
+    detail::storeWidened(b2, out + written + 2 * kBlock);
+    detail::storeWidened(b3, out + written + 3 * kBlock);
+    p += 4 * kBlock;
+    written += 4 * kBlock;
+  }
+  while (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock) {
+    const __m128i bytes = detail::loadBytes(p);
+    if (detail::highBits(bytes) != 0) break;
+    detail::storeWidened(bytes, out + written);
+    p += kBlock;
+    written += kBlock;
+  }
+  while (p < end && *p < 0x80 && written < room) out[written++] = *p++;
+  return written;
+}
+
+// Converts as decodeUtf8() does, after its ASCII start. Kept out of line: its
+// kernel calls make it save registers on entry, which short ASCII texts skip.
+template <typename Unit>
+[[gnu::noinline]] size_t decodeMixed(const uint8_t*& src, const uint8_t* end, Unit* dst,
+                                     size_t capacity) {
   const KernelChoice<Unit> kernel = pickKernel<Unit>();
   const bool pairSteps = detail::ssse3Enabled();
   const uint8_t* p = src;
@@ -91,28 +118,7 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     }
     if (lead < 0x80) {
       if (written == capacity) break;
-      // Four blocks a step while they are ASCII, then block by block.
-      while (static_cast<size_t>(end - p) >= 4 * kBlock && capacity - written >= 4 * kBlock) {
-        const __m128i b0 = detail::loadBytes(p);
-        const __m128i b1 = detail::loadBytes(p + kBlock);
-        const __m128i b2 = detail::loadBytes(p + 2 * kBlock);
-        const __m128i b3 = detail::loadBytes(p + 3 * kBlock);
-        if (detail::highBits(_mm_or_si128(_mm_or_si128(b0, b1), _mm_or_si128(b2, b3))) != 0) break;
-        detail::storeWidened(b0, dst + written);
-        detail::storeWidened(b1, dst + written + kBlock);
-        detail::storeWidened(b2, dst + written + 2 * kBlock);
-        detail::storeWidened(b3, dst + written + 3 * kBlock);
-        p += 4 * kBlock;
-        written += 4 * kBlock;
-      }
-      while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock) {
-        const __m128i bytes = detail::loadBytes(p);
-        if (detail::highBits(bytes) != 0) break;
-        detail::storeWidened(bytes, dst + written);
-        p += kBlock;
-        written += kBlock;
-      }
-      while (p < end && *p < 0x80 && written < capacity) dst[written++] = *p++;
+      written += widenAsciiRun(p, end, dst + written, capacity - written);
       continue;
     }
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
@@ -167,6 +173,23 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
   }
   src = p;
   return written;
+}
+
+// Converts from `src` until the input ends or the next sequence does not fit in
+// the `capacity` units at `dst`. Advances `src`; returns the units written.
+// The vector kernel converts what it can; where it stops, the next block goes
+// through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
+// at once) before the kernel is tried again. Short texts that start with ASCII
+// have their ASCII bytes widened here before the rest goes to decodeMixed().
+template <typename Unit>
+size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
+  detail::clearUpperState();
+  size_t written = 0;
+  if (end - src < kKernelText && src != end && *src < 0x80) {
+    written = widenAsciiRun(src, end, dst, capacity);
+    if (src == end) return written;
+  }
+  return written + decodeMixed(src, end, dst + written, capacity - written);
 }
 
 template <typename Unit>
