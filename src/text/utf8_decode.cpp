@@ -180,13 +180,19 @@ template <typename Unit>
 // The vector kernel converts what it can; where it stops, the next block goes
 // through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
 // at once) before the kernel is tried again. Short texts that start with ASCII
-// have their ASCII bytes widened here before the rest goes to decodeMixed().
+// or a two-byte run have it converted here before the rest goes to
+// decodeMixed().
 template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
   size_t written = 0;
-  if (end - src < kKernelText && src != end && *src < 0x80) {
-    written = widenAsciiRun(src, end, dst, capacity);
+  if (end - src < kKernelText && src != end) {
+    if (*src < 0x80) {
+      written = widenAsciiRun(src, end, dst, capacity);
+    } else if (end - src >= detail::kPairStepBytes && startsPairRun(src) &&
+               detail::ssse3Enabled()) {
+      written = detail::decodePairsSsse3(src, end, dst, capacity);
+    }
     if (src == end) return written;
   }
   return written + decodeMixed(src, end, dst + written, capacity - written);

@@ -11,7 +11,8 @@ namespace qta::text::detail {
 
 // Converts from `src` while 16 bytes remain before `end`, `room` holds 16 more
 // units and the next 16 bytes hold nothing but ASCII bytes and well-formed
-// two-byte sequences (a last lead byte is left for the next step). Never writes
+// two-byte sequences (a last lead byte whose continuation byte is not before
+// `end` is left to the sequence reader). Never writes
 // past `room` nor past the units the text after the converted bytes is sure to
 // give, so a buffer of exactly the result's size suffices. Advances `src`;
 // returns the units written.

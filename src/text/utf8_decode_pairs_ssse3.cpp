@@ -9,29 +9,36 @@
 namespace qta::text::detail {
 namespace {
 
-// Sixteen bytes judged as one- and two-byte sequences from the first byte on.
+// Sixteen bytes judged as one- and two-byte sequences.
 struct PairBlock {
   __m128i bytes;
-  unsigned keep;  // positions that start a converted sequence (ASCII bytes and leads)
-  size_t length;  // bytes converted: 16, or 15 when the last byte leads a sequence
-  bool ok;        // the block holds nothing else
+  __m128i next;    // the byte after each one (the 17th only when it is in the text)
+  unsigned keep;   // positions that start a converted sequence (ASCII bytes and leads)
+  unsigned carry;  // the last byte leads a sequence whose continuation byte it converts
+  unsigned cut;    // the last byte leads a sequence left to the next step or the reader
+  bool ok;         // the block holds nothing else
 };
 
-QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p) {
+// Judges the 16 bytes at `p`, whose first byte is the continuation byte of
+// the block before when `carry`.
+QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, const uint8_t* end, unsigned carry) {
   const __m128i v = load16(p);
+  const __m128i next = end - p > 16 ? load16(p + 1) : _mm_srli_si128(v, 1);
   // As signed bytes, continuation bytes are -128 to -65 and the leads 0xC2 to
   // 0xDF (0xC0 and 0xC1 only start overlong forms) are -62 to -33.
   const __m128i leadLanes =
       _mm_and_si128(_mm_cmpgt_epi8(v, _mm_set1_epi8(-63)), _mm_cmplt_epi8(v, _mm_set1_epi8(-32)));
   const auto ascii = static_cast<unsigned>(~_mm_movemask_epi8(v)) & 0xFFFF;
   const auto leads = static_cast<unsigned>(_mm_movemask_epi8(leadLanes));
-  const auto continuations =
-      static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, _mm_set1_epi8(-64))));
+  const __m128i sixtyFour = _mm_set1_epi8(-64);
+  const auto continuations = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, sixtyFour)));
+  const auto followed = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(next, sixtyFour)));
   // Every byte is of one kind, and a continuation byte follows each lead.
   const bool ok =
-      (ascii | leads | continuations) == 0xFFFF && continuations == ((leads << 1) & 0xFFFF);
-  const unsigned cut = leads >> 15;  // the last lead's continuation byte is not in view
-  return {v, (ascii | leads) & (0xFFFFu >> cut), 16 - cut, ok};
+      (ascii | leads | continuations) == 0xFFFF && continuations == ((leads << 1 | carry) & 0xFFFF);
+  const unsigned last = leads >> 15;
+  const unsigned cut = last & ~(followed >> 15);
+  return {v, next, (ascii | leads) & (0xFFFFu >> cut), last & ~cut, cut, ok};
 }
 
 // Eight 16-bit lanes holding a byte and the byte after it: the value as if a
@@ -49,7 +56,7 @@ QTA_UTF8_KERNEL __m128i pairUnits(__m128i b0, __m128i b1, unsigned keep) {
 template <typename Unit>
 QTA_UTF8_KERNEL size_t storePairBlock(Unit* out, const PairBlock& block, bool spare) {
   const __m128i zero = _mm_setzero_si128();
-  const __m128i next = _mm_srli_si128(block.bytes, 1);
+  const __m128i next = block.next;
   const unsigned lowKeep = block.keep & 0xFF;
   const unsigned highKeep = block.keep >> 8;
   const size_t lowCount = kBitCounts[lowKeep];
@@ -70,22 +77,24 @@ template <typename Unit>
 QTA_UTF8_KERNEL size_t decodePairs(const uint8_t*& src, const uint8_t* end, Unit* out,
                                    size_t room) {
   const uint8_t* p = src;
-  size_t written = 0;
   if (end - p < kPairStepBytes || room < 16) return 0;
-  PairBlock block = judgePairs(p);
-  while (block.ok) {
-    const uint8_t* next = p + block.length;
+  size_t written = 0;
+  PairBlock block = judgePairs(p, end, 0);
+  if (!block.ok) return 0;
+  for (;;) {
     // A well-formed block after this one gives at least 8 units: room for
     // this block's spare stores.
     PairBlock following{};
-    if (end - next >= kPairStepBytes) following = judgePairs(next);
+    if (block.cut == 0 && end - p >= 2 * kPairStepBytes) {
+      following = judgePairs(p + kPairStepBytes, end, block.carry);
+    }
     const bool more = following.ok && room - written >= 32;
     written += storePairBlock(out + written, block, more);
-    p = next;
     if (!more) break;
+    p += kPairStepBytes;
     block = following;
   }
-  src = p;
+  src = p + kPairStepBytes + block.carry - block.cut;
   return written;
 }
 

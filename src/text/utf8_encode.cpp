@@ -171,8 +171,9 @@ template <typename Unit>
 }
 
 // Texts shorter than this that start with ASCII have their ASCII units
-// narrowed before the rest goes to encodeMixed(); longer ones go there at
-// once, for its wide ASCII steps.
+// narrowed before the rest goes to encodeMixed(), and those too short for
+// the kernels their units below U+0800; longer ones go there at once, for its
+// wide ASCII steps.
 constexpr ptrdiff_t kShortUnits = 64;
 
 // Converts from `src` until the input ends or the next code point does not fit
@@ -185,8 +186,15 @@ template <typename Unit>
 size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
   detail::clearUpperState();
   size_t written = 0;
-  if (end - src < kShortUnits && src != end && *src < 0x80) {
-    written = narrowAsciiRun(src, end, dst, capacity);
+  if (end - src < kShortUnits && src != end) {
+    if (*src < 0x80) {
+      written = narrowAsciiRun(src, end, dst, capacity);
+    } else if constexpr (sizeof(Unit) == 2) {
+      if (end - src < static_cast<ptrdiff_t>(detail::kEncodeBlocksMinUnits) &&
+          detail::ssse3Enabled()) {
+        written = detail::encodePairsSsse3(src, end, dst, capacity);
+      }
+    }
     if (src == end) return written;
   }
   return written + encodeMixed(src, end, dst + written, capacity - written);
