@@ -13,6 +13,7 @@ namespace {
 struct PairBlock {
   __m128i bytes;
   __m128i next;    // the byte after each one (the 17th only when it is in the text)
+  __m128i leads;   // 0xFF where a byte leads a two-byte sequence
   unsigned keep;   // positions that start a converted sequence (ASCII bytes and leads)
   unsigned carry;  // the last byte leads a sequence whose continuation byte it converts
   unsigned cut;    // the last byte leads a sequence left to the next step or the reader
@@ -38,38 +39,38 @@ QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, const uint8_t* end, unsig
       (ascii | leads | continuations) == 0xFFFF && continuations == ((leads << 1 | carry) & 0xFFFF);
   const unsigned last = leads >> 15;
   const unsigned cut = last & ~(followed >> 15);
-  return {v, next, (ascii | leads) & (0xFFFFu >> cut), last & ~cut, cut, ok};
-}
-
-// Eight 16-bit lanes holding a byte and the byte after it: the value as if a
-// sequence of one or two bytes started there, the lanes `keep` marks moved to
-// the front.
-QTA_UTF8_KERNEL __m128i pairUnits(__m128i b0, __m128i b1, unsigned keep) {
-  const __m128i two = _mm_or_si128(_mm_slli_epi16(_mm_and_si128(b0, _mm_set1_epi16(0x1F)), 6),
-                                   _mm_and_si128(b1, _mm_set1_epi16(0x3F)));
-  const __m128i lead = _mm_cmpgt_epi16(b0, _mm_set1_epi16(0x7F));
-  return _mm_shuffle_epi8(select(lead, two, b0), load16(kKeep[keep].data()));
+  return {v, next, leadLanes, (ascii | leads) & (0xFFFFu >> cut), last & ~cut, cut, ok};
 }
 
 // Writes the units of a judged block and returns how many. With `spare`, the
 // stores may reach up to 8 units past them.
 template <typename Unit>
 QTA_UTF8_KERNEL size_t storePairBlock(Unit* out, const PairBlock& block, bool spare) {
-  const __m128i zero = _mm_setzero_si128();
-  const __m128i next = block.next;
+  // Each position's value as if a sequence started there, as byte pairs and
+  // weights for one multiply-add: an ASCII byte's 7 bits times 1, or a lead's
+  // 5 bits times 64 and the 6 bits of the byte after it times 1.
+  const __m128i lead = block.leads;
+  const __m128i firstBits =
+      _mm_xor_si128(_mm_set1_epi8(0x7F), _mm_and_si128(lead, _mm_set1_epi8(0x60)));
+  const __m128i first = _mm_and_si128(block.bytes, firstBits);
+  const __m128i second = _mm_and_si128(block.next, _mm_and_si128(lead, _mm_set1_epi8(0x3F)));
+  const __m128i ones = _mm_set1_epi8(1);
+  const __m128i weight = _mm_add_epi8(ones, _mm_and_si128(lead, _mm_set1_epi8(63)));
+  const __m128i lowValues =
+      _mm_maddubs_epi16(_mm_unpacklo_epi8(first, second), _mm_unpacklo_epi8(weight, ones));
+  const __m128i highValues =
+      _mm_maddubs_epi16(_mm_unpackhi_epi8(first, second), _mm_unpackhi_epi8(weight, ones));
+  // The lead and ASCII positions moved to the front, half by half.
   const unsigned lowKeep = block.keep & 0xFF;
   const unsigned highKeep = block.keep >> 8;
   const size_t lowCount = kBitCounts[lowKeep];
   const size_t units = lowCount + kBitCounts[highKeep];
   // The high half's units overwrite whatever the low half's store writes
   // past its own, up to the block's end.
-  storeUnits16(
-      out, pairUnits(_mm_unpacklo_epi8(block.bytes, zero), _mm_unpacklo_epi8(next, zero), lowKeep),
-      lowCount, spare || units >= 8);
-  storeUnits16(
-      out + lowCount,
-      pairUnits(_mm_unpackhi_epi8(block.bytes, zero), _mm_unpackhi_epi8(next, zero), highKeep),
-      units - lowCount, spare);
+  storeUnits16(out, _mm_shuffle_epi8(lowValues, load16(kKeep[lowKeep].data())), lowCount,
+               spare || units >= 8);
+  storeUnits16(out + lowCount, _mm_shuffle_epi8(highValues, load16(kKeep[highKeep].data())),
+               units - lowCount, spare);
   return units;
 }
 
