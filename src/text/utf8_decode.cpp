@@ -122,16 +122,14 @@ template <typename Unit>
       continue;
     }
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
-    // text) in a tight loop, up to where the kernel may take over (a kernel
-    // that starts only at three-byte leads leaves it the whole run: the loop
-    // stops at those leads itself). Short texts, which no kernel takes, go 16
-    // bytes a step first; in long text the step's calls cost more than they
-    // save on the few foreign words of ASCII-heavy text.
+    // text) 16 bytes a step where the kernel does not take them, then in a
+    // tight loop, up to where the kernel may take over (a kernel that starts
+    // only at three-byte leads leaves it the whole run: the loop stops at
+    // those leads itself).
     const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
-    if (pairSteps && runEnd - p >= detail::kPairStepBytes && end - p < kKernelText &&
-        startsPairRun(p)) {
+    if (pairSteps && !kernelTakesRuns && runEnd - p >= detail::kPairStepBytes && startsPairRun(p)) {
       written += detail::decodePairsSsse3(p, runEnd, dst + written, capacity - written);
     }
     while (runEnd - p >= 2 && written < capacity) {

@@ -17,7 +17,7 @@ struct PairBlock {
   unsigned keep;   // positions that start a converted sequence (ASCII bytes and leads)
   unsigned carry;  // the last byte leads a sequence whose continuation byte it converts
   unsigned cut;    // the last byte leads a sequence left to the next step or the reader
-  bool ok;         // the block holds nothing else
+  bool ok;         // the block holds nothing else, and a lead
 };
 
 // Judges the 16 bytes at `p`, whose first byte is the continuation byte of
@@ -34,9 +34,10 @@ QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, const uint8_t* end, unsig
   const __m128i sixtyFour = _mm_set1_epi8(-64);
   const auto continuations = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, sixtyFour)));
   const auto followed = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(next, sixtyFour)));
-  // Every byte is of one kind, and a continuation byte follows each lead.
-  const bool ok =
-      (ascii | leads | continuations) == 0xFFFF && continuations == ((leads << 1 | carry) & 0xFFFF);
+  // Every byte is of one kind, and a continuation byte follows each lead. A
+  // block of ASCII alone is left to the caller's wider ASCII steps.
+  const bool ok = leads != 0 && (ascii | leads | continuations) == 0xFFFF &&
+                  continuations == ((leads << 1 | carry) & 0xFFFF);
   const unsigned last = leads >> 15;
   const unsigned cut = last & ~(followed >> 15);
   return {v, next, leadLanes, (ascii | leads) & (0xFFFFu >> cut), last & ~cut, cut, ok};
