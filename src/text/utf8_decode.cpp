@@ -67,7 +67,8 @@ constexpr ptrdiff_t kKernelText = 64;
 // The ASCII bytes from `p` on as units: whole blocks, then byte by byte.
 // Advances `p`; returns the units written.
 template <typename Unit>
-size_t widenAsciiRun(const uint8_t*& p, const uint8_t* end, Unit* out, size_t room) {
+[[gnu::always_inline]] inline size_t widenAsciiRun(const uint8_t*& p, const uint8_t* end, Unit* out,
+                                                   size_t room) {
   size_t written = 0;
   // Four blocks a step while they are ASCII, then block by block.
   while (static_cast<size_t>(end - p) >= 4 * kBlock && room - written >= 4 * kBlock) {
@@ -130,7 +131,8 @@ template <typename Unit>
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
     if (pairSteps && !kernelTakesRuns && runEnd - p >= detail::kPairStepBytes && startsPairRun(p)) {
-      written += detail::decodePairsSsse3(p, runEnd, dst + written, capacity - written);
+      written += detail::stepOnCopy(detail::decodePairsSsse3, p, runEnd, dst + written,
+                                    capacity - written);
     }
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];

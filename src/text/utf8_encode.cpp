@@ -19,18 +19,6 @@ using detail::kBlock;
 template <typename Unit>
 using BlockEncoder = size_t (*)(const Unit*&, const Unit*, char*, size_t);
 
-// Calls `step`, which advances the position it is given, on a copy of `p`:
-// `p` itself never has its address taken, so the loops keep it in a register
-// instead of reloading it after every byte they store (a char store may
-// change any object in memory).
-template <typename Unit, typename Step>
-inline size_t runOnCopy(Step step, const Unit*& p, const Unit* end, char* out, size_t room) {
-  const Unit* q = p;
-  const size_t written = step(q, end, out, room);
-  p = q;
-  return written;
-}
-
 // The vector kernel of the highest level in `features`, or none.
 template <typename Unit>
 BlockEncoder<Unit> blockEncoder(unsigned features) {
@@ -83,7 +71,8 @@ size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room
 // The ASCII units from `p` on: whole blocks, then unit by unit. Advances `p`;
 // returns the bytes written.
 template <typename Unit>
-size_t narrowAsciiRun(const Unit*& p, const Unit* end, char* out, size_t room) {
+[[gnu::always_inline]] inline size_t narrowAsciiRun(const Unit*& p, const Unit* end, char* out,
+                                                    size_t room) {
   size_t written = narrowAsciiBlocks(p, end, out, room);
   while (p < end && *p < 0x80 && written < room) out[written++] = static_cast<char>(*p++);
   return written;
@@ -110,7 +99,8 @@ template <typename Unit>
       if (written == capacity) break;
       if constexpr (sizeof(Unit) == 2) {
         if (wideAscii)
-          written += runOnCopy(detail::narrowAsciiAvx2, p, end, dst + written, capacity - written);
+          written += detail::stepOnCopy(detail::narrowAsciiAvx2, p, end, dst + written,
+                                        capacity - written);
       }
       written += narrowAsciiRun(p, end, dst + written, capacity - written);
       continue;
@@ -120,7 +110,7 @@ template <typename Unit>
       if (static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits &&
           capacity - written >= detail::kEncodeBlocksMinRoom) {
         const Unit* before = p;
-        written += runOnCopy(blocks, p, end, dst + written, capacity - written);
+        written += detail::stepOnCopy(blocks, p, end, dst + written, capacity - written);
         if (p != before) continue;
       }
       scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
@@ -132,7 +122,8 @@ template <typename Unit>
     const Unit* const runStart = p;
     if constexpr (sizeof(Unit) == 2) {
       if (pairSteps && end - p >= detail::kPairStepUnits) {
-        written += runOnCopy(detail::encodePairsSsse3, p, end, dst + written, capacity - written);
+        written +=
+            detail::stepOnCopy(detail::encodePairsSsse3, p, end, dst + written, capacity - written);
       }
     }
     while (runEnd - p >= 2 && capacity - written >= 2) {
@@ -187,15 +178,17 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
   detail::clearUpperState();
   size_t written = 0;
   if (end - src < kShortUnits && src != end) {
-    if (*src < 0x80) {
-      written = narrowAsciiRun(src, end, dst, capacity);
+    const Unit* p = src;
+    if (*p < 0x80) {
+      written = narrowAsciiRun(p, end, dst, capacity);
     } else if constexpr (sizeof(Unit) == 2) {
-      if (end - src < static_cast<ptrdiff_t>(detail::kEncodeBlocksMinUnits) &&
+      if (end - p < static_cast<ptrdiff_t>(detail::kEncodeBlocksMinUnits) &&
           detail::ssse3Enabled()) {
-        written = detail::encodePairsSsse3(src, end, dst, capacity);
+        written = detail::stepOnCopy(detail::encodePairsSsse3, p, end, dst, capacity);
       }
     }
-    if (src == end) return written;
+    src = p;
+    if (p == end) return written;
   }
   return written + encodeMixed(src, end, dst + written, capacity - written);
 }
