@@ -8,6 +8,7 @@
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
 #include "text/utf8_decode_kernels.h"
+#include "text/utf8_decode_pairs.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -50,19 +51,55 @@ inline bool startsWideRun(const uint8_t* p) {
   return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
 }
 
+// Three two-byte leads in a row at `p` (reads up to p[4]): a run for the
+// 16-byte steps. A few accented letters in ASCII text are cheaper to convert
+// one by one.
+inline bool startsPairRun(const uint8_t* p) {
+  return ((p[0] & p[2] & p[4]) & 0xE0) == 0xC0 && ((p[0] | p[2] | p[4]) & 0x20) == 0;
+}
+
 // The vector kernels take over where at least this much text remains; below
 // it their setup costs more than the sequence reader.
 constexpr ptrdiff_t kKernelText = 64;
 
-// Converts from `src` until the input ends or the next sequence does not fit in
-// the `capacity` units at `dst`. Advances `src`; returns the units written.
-// The vector kernel converts what it can; where it stops, the next block goes
-// through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
-// at once) before the kernel is tried again.
+// The ASCII bytes from `p` on as units: whole blocks, then byte by byte.
+// Advances `p`; returns the units written.
 template <typename Unit>
-size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
-  detail::clearUpperState();
+[[gnu::always_inline]] inline size_t widenAsciiRun(const uint8_t*& p, const uint8_t* end, Unit* out,
+                                                   size_t room) {
+  size_t written = 0;
+  // Four blocks a step while they are ASCII, then block by block.
+  while (static_cast<size_t>(end - p) >= 4 * kBlock && room - written >= 4 * kBlock) {
+    const __m128i b0 = detail::loadBytes(p);
+    const __m128i b1 = detail::loadBytes(p + kBlock);
+    const __m128i b2 = detail::loadBytes(p + 2 * kBlock);
+    const __m128i b3 = detail::loadBytes(p + 3 * kBlock);
+    if (detail::highBits(_mm_or_si128(_mm_or_si128(b0, b1), _mm_or_si128(b2, b3))) != 0) break;
+    detail::storeWidened(b0, out + written);
+    detail::storeWidened(b1, out + written + kBlock);
+    detail::storeWidened(b2, out + written + 2 * kBlock);
+    detail::storeWidened(b3, out + written + 3 * kBlock);
+    p += 4 * kBlock;
+    written += 4 * kBlock;
+  }
+  while (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock) {
+    const __m128i bytes = detail::loadBytes(p);
+    if (detail::highBits(bytes) != 0) break;
+    detail::storeWidened(bytes, out + written);
+    p += kBlock;
+    written += kBlock;
+  }
+  while (p < end && *p < 0x80 && written < room) out[written++] = *p++;
+  return written;
+}
+
+// Converts as decodeUtf8() does, after its ASCII start. Kept out of line: its
+// kernel calls make it save registers on entry, which short ASCII texts skip.
+template <typename Unit>
+[[gnu::noinline]] size_t decodeMixed(const uint8_t*& src, const uint8_t* end, Unit* dst,
+                                     size_t capacity) {
   const KernelChoice<Unit> kernel = pickKernel<Unit>();
+  const bool pairSteps = detail::ssse3Enabled();
   const uint8_t* p = src;
   size_t written = 0;
   const uint8_t* scalarUntil = p;  // where the kernel may be tried again
@@ -76,23 +113,21 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
     }
     if (lead < 0x80) {
       if (written == capacity) break;
-      while (static_cast<size_t>(end - p) >= kBlock && capacity - written >= kBlock) {
-        const __m128i bytes = detail::loadBytes(p);
-        if (detail::highBits(bytes) != 0) break;
-        detail::storeWidened(bytes, dst + written);
-        p += kBlock;
-        written += kBlock;
-      }
-      while (p < end && *p < 0x80 && written < capacity) dst[written++] = *p++;
+      written += widenAsciiRun(p, end, dst + written, capacity - written);
       continue;
     }
     // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
-    // text) in a tight loop, up to where the kernel may take over (a kernel
-    // that starts only at three-byte leads leaves it the whole run: the loop
-    // stops at those leads itself).
+    // text) 16 bytes a step where the kernel does not take them, then in a
+    // tight loop, up to where the kernel may take over (a kernel that starts
+    // only at three-byte leads leaves it the whole run: the loop stops at
+    // those leads itself).
     const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
+    if (pairSteps && !kernelTakesRuns && runEnd - p >= detail::kPairStepBytes && startsPairRun(p)) {
+      written += detail::stepOnCopy(detail::decodePairsSsse3, p, runEnd, dst + written,
+                                    capacity - written);
+    }
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];
       const uint32_t b1 = p[1];
@@ -132,6 +167,29 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
   }
   src = p;
   return written;
+}
+
+// Converts from `src` until the input ends or the next sequence does not fit in
+// the `capacity` units at `dst`. Advances `src`; returns the units written.
+// The vector kernel converts what it can; where it stops, the next block goes
+// through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
+// at once) before the kernel is tried again. Short texts that start with ASCII
+// or a two-byte run have it converted here before the rest goes to
+// decodeMixed().
+template <typename Unit>
+size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
+  detail::clearUpperState();
+  size_t written = 0;
+  if (end - src < kKernelText && src != end) {
+    if (*src < 0x80) {
+      written = widenAsciiRun(src, end, dst, capacity);
+    } else if (end - src >= detail::kPairStepBytes && startsPairRun(src) &&
+               detail::ssse3Enabled()) {
+      written = detail::decodePairsSsse3(src, end, dst, capacity);
+    }
+    if (src == end) return written;
+  }
+  return written + decodeMixed(src, end, dst + written, capacity - written);
 }
 
 template <typename Unit>

@@ -7,6 +7,7 @@
 #include "qta/text/unicode.h"
 #include "text/cpu_features.h"
 #include "text/utf8_encode_kernels.h"
+#include "text/utf8_encode_pairs.h"
 #include "text/utf_blocks.h"
 #include "text/utf_sequence.h"
 
@@ -67,15 +68,21 @@ size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room
   return written;
 }
 
-// Converts from `src` until the input ends or the next code point does not fit
-// in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
-// Whole blocks of 16 ASCII units are narrowed at once; other text goes to the
-// vector kernel, and what it does not handle is encoded one code point at a
-// time for a few units before the kernel is tried again. Units that encode to
-// nothing are consumed even when the output is full.
+// The ASCII units from `p` on: whole blocks, then unit by unit. Advances `p`;
+// returns the bytes written.
 template <typename Unit>
-size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
-  detail::clearUpperState();
+[[gnu::always_inline]] inline size_t narrowAsciiRun(const Unit*& p, const Unit* end, char* out,
+                                                    size_t room) {
+  size_t written = narrowAsciiBlocks(p, end, out, room);
+  while (p < end && *p < 0x80 && written < room) out[written++] = static_cast<char>(*p++);
+  return written;
+}
+
+// Converts as encodeUtf8() does, after its ASCII start. Kept out of line: its
+// kernel calls make it save registers on entry, which short ASCII texts skip.
+template <typename Unit>
+[[gnu::noinline]] size_t encodeMixed(const Unit*& src, const Unit* end, char* dst,
+                                     size_t capacity) {
   const Unit* p = src;
   size_t written = 0;
   // Short texts leave the kernels alone.
@@ -84,6 +91,7 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
   const BlockEncoder<Unit> blocks = blockEncoder<Unit>(features);
   const bool wideAscii =
       sizeof(Unit) == 2 && units >= detail::kAsciiRunUnits && (features & detail::kUseAvx2) != 0;
+  const bool pairSteps = sizeof(Unit) == 2 && features == 0 && detail::ssse3Enabled();
   const Unit* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     uint32_t c = *p;
@@ -91,10 +99,10 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       if (written == capacity) break;
       if constexpr (sizeof(Unit) == 2) {
         if (wideAscii)
-          written += detail::narrowAsciiAvx2(p, end, dst + written, capacity - written);
+          written += detail::stepOnCopy(detail::narrowAsciiAvx2, p, end, dst + written,
+                                        capacity - written);
       }
-      written += narrowAsciiBlocks(p, end, dst + written, capacity - written);
-      while (p < end && *p < 0x80 && written < capacity) dst[written++] = static_cast<char>(*p++);
+      written += narrowAsciiRun(p, end, dst + written, capacity - written);
       continue;
     }
     // A lone non-ASCII unit in ASCII text is cheaper to encode on its own.
@@ -102,15 +110,22 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
       if (static_cast<size_t>(end - p) >= detail::kEncodeBlocksMinUnits &&
           capacity - written >= detail::kEncodeBlocksMinRoom) {
         const Unit* before = p;
-        written += blocks(p, end, dst + written, capacity - written);
+        written += detail::stepOnCopy(blocks, p, end, dst + written, capacity - written);
         if (p != before) continue;
       }
       scalarUntil = p + std::min<ptrdiff_t>(16, end - p);
     }
     // Characters below 0x800 (Cyrillic, Greek, Arabic, Hebrew text) in a tight
-    // loop, up to where the kernel may take over.
+    // loop, up to where the kernel may take over; short texts, which the
+    // kernel leaves alone, eight units a step first.
     const Unit* const runEnd = blocks ? scalarUntil : end;
     const Unit* const runStart = p;
+    if constexpr (sizeof(Unit) == 2) {
+      if (pairSteps && end - p >= detail::kPairStepUnits) {
+        written +=
+            detail::stepOnCopy(detail::encodePairsSsse3, p, end, dst + written, capacity - written);
+      }
+    }
     while (runEnd - p >= 2 && capacity - written >= 2) {
       const uint32_t u = p[0];
       if (u < 0x80) {
@@ -144,6 +159,38 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
   }
   src = p;
   return written;
+}
+
+// Texts shorter than this that start with ASCII have their ASCII units
+// narrowed before the rest goes to encodeMixed(), and those too short for
+// the kernels their units below U+0800; longer ones go there at once, for its
+// wide ASCII steps.
+constexpr ptrdiff_t kShortUnits = 64;
+
+// Converts from `src` until the input ends or the next code point does not fit
+// in the `capacity` bytes at `dst`. Advances `src`; returns the bytes written.
+// Whole blocks of 16 ASCII units are narrowed at once; other text goes to the
+// vector kernel, and what it does not handle is encoded one code point at a
+// time for a few units before the kernel is tried again. Units that encode to
+// nothing are consumed even when the output is full.
+template <typename Unit>
+size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity) {
+  detail::clearUpperState();
+  size_t written = 0;
+  if (end - src < kShortUnits && src != end) {
+    const Unit* p = src;
+    if (*p < 0x80) {
+      written = narrowAsciiRun(p, end, dst, capacity);
+    } else if constexpr (sizeof(Unit) == 2) {
+      if (end - p < static_cast<ptrdiff_t>(detail::kEncodeBlocksMinUnits) &&
+          detail::ssse3Enabled()) {
+        written = detail::stepOnCopy(detail::encodePairsSsse3, p, end, dst, capacity);
+      }
+    }
+    src = p;
+    if (p == end) return written;
+  }
+  return written + encodeMixed(src, end, dst + written, capacity - written);
 }
 
 template <typename Unit>

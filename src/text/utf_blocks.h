@@ -8,10 +8,25 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace qta::text::detail {
 
 constexpr size_t kBlock = 16;
+
+// Calls `step`, which advances the position it is given by reference, on a
+// copy of `p`: `p` itself then never has its address taken, so the caller's
+// loops keep it in a register instead of reloading it after each store (a
+// char store may change any object in memory).
+template <typename Position, typename... Args>
+[[gnu::always_inline]] inline size_t stepOnCopy(size_t (*step)(std::type_identity_t<Position>&,
+                                                               std::type_identity_t<Args>...),
+                                                Position& p, Args... args) {
+  Position copy = p;
+  const size_t result = step(copy, args...);
+  p = copy;
+  return result;
+}
 
 inline __m128i loadBytes(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
 

@@ -66,11 +66,13 @@ TEST(UnicodeEncode, Utf16PairsAndUnpairedSurrogates) {
 // Runs of one shape of text (what the vector kernels handle in one step) with
 // an odd unit at every position, so that it lands at every place of a block and
 // of the units looked at ahead of one; each input on every code path, in every
-// form, with exactly sized buffers.
+// form, with exactly sized buffers. Short runs go through the steps for short
+// texts, the longest one through the kernels.
 TEST(UnicodeEncode, OddUnitsInRunsOnEveryPath) {
   const std::u16string runs[] = {
       u"a",
       u"\u00E9",
+      u"\u0416 ",
       u"\u4E2D",
       u"\U0001F600",
       u"a\u00E9\u4E2D",
@@ -80,25 +82,28 @@ TEST(UnicodeEncode, OddUnitsInRunsOnEveryPath) {
                                   u"a",     {0xE9},   {0x4E2D},      {0xDBFF, 0xDBFF}};
   const std::u32string odd32[] = {{0xD800},   {0xDFFF},     {0x10041}, {0x10FFFF},
                                   {0x110000}, {0xFFFF0041}, {0x4E2D},  {0x41}};
-  constexpr size_t kRunUnits = 56;
-  for (const std::u16string& run : runs) {
-    std::u16string base;
-    while (base.size() < kRunUnits) base += run;
-    std::u32string base32(base.begin(), base.end());  // surrogates read as code points
-    for (size_t at = 0; at <= kRunUnits; ++at) {
-      for (const std::u16string& odd : odd16) {
-        const std::u16string input = base.substr(0, at) + odd + base.substr(at);
-        const auto check = [&] {
-          return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, input);
-        };
-        EXPECT_EQ(unicoderef::onEveryPath(check), "") << testing::PrintToString(input);
-      }
-      for (const std::u32string& odd : odd32) {
-        const std::u32string input = base32.substr(0, at) + odd + base32.substr(at);
-        const auto check = [&] {
-          return unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, input);
-        };
-        EXPECT_EQ(unicoderef::onEveryPath(check), "") << at << " " << static_cast<uint32_t>(odd[0]);
+  for (const size_t runUnits : {7, 8, 15, 16, 23, 56}) {
+    for (const std::u16string& run : runs) {
+      std::u16string base;
+      while (base.size() < runUnits) base += run;
+      base.resize(runUnits);
+      std::u32string base32(base.begin(), base.end());  // surrogates read as code points
+      for (size_t at = 0; at <= runUnits; ++at) {
+        for (const std::u16string& odd : odd16) {
+          const std::u16string input = base.substr(0, at) + odd + base.substr(at);
+          const auto check = [&] {
+            return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, input);
+          };
+          EXPECT_EQ(unicoderef::onEveryPath(check), "") << testing::PrintToString(input);
+        }
+        for (const std::u32string& odd : odd32) {
+          const std::u32string input = base32.substr(0, at) + odd + base32.substr(at);
+          const auto check = [&] {
+            return unicoderef::checkDirection(unicoderef::kUtf32ToUtf8, input);
+          };
+          EXPECT_EQ(unicoderef::onEveryPath(check), "")
+              << at << " " << static_cast<uint32_t>(odd[0]);
+        }
       }
     }
   }

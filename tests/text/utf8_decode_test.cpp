@@ -107,7 +107,8 @@ TEST(Utf8Decode, IllFormedInputAtEveryPlace) {
       "\xF5\x80\x80\x80",
       "\xF0\x8F\xBF\xBF",  // overlong
       "\xFF",
-      "\xC3\xA9\xA9",  // one continuation byte too many
+      "\xC3\xA9\xA9",           // one continuation byte too many
+      std::string(20, '\x80'),  // more stray continuation bytes than a step: no output
   };
   for (const std::string& script : kScripts) {
     const std::string text = repeated(script, 150);
