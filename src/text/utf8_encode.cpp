@@ -49,9 +49,12 @@ inline size_t narrowAsciiPrefix(const char16_t* p, char* out) {
 }
 
 // Narrows whole blocks of 16 ASCII units, then (from UTF-16) the ASCII units
-// that start the next block. Advances `p`; returns the bytes written.
+// that start the next block. Advances `src`; returns the bytes written.
+// Works on a copy of `src`: the stores could alias it, so the compiler would
+// store and reload it on every block.
 template <typename Unit>
-size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room) {
+size_t narrowAsciiBlocks(const Unit*& src, const Unit* end, char* out, size_t room) {
+  const Unit* p = src;
   size_t written = 0;
   while (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock &&
          detail::narrowAscii(p, out + written)) {
@@ -65,6 +68,7 @@ size_t narrowAsciiBlocks(const Unit*& p, const Unit* end, char* out, size_t room
       written += ascii;
     }
   }
+  src = p;
   return written;
 }
 
