@@ -53,7 +53,8 @@ inline size_t narrowAsciiPrefix(const char16_t* p, char* out) {
 // Works on a copy of `src`: the stores could alias it, so the compiler would
 // store and reload it on every block.
 template <typename Unit>
-size_t narrowAsciiBlocks(const Unit*& src, const Unit* end, char* out, size_t room) {
+[[gnu::always_inline]] inline size_t narrowAsciiBlocks(const Unit*& src, const Unit* end, char* out,
+                                                       size_t room) {
   const Unit* p = src;
   size_t written = 0;
   while (static_cast<size_t>(end - p) >= kBlock && room - written >= kBlock &&
