@@ -68,8 +68,10 @@ template <typename Unit>
 [[gnu::always_inline]] inline size_t widenAsciiRun(const uint8_t*& p, const uint8_t* end, Unit* out,
                                                    size_t room) {
   size_t written = 0;
-  // Four blocks a step while they are ASCII, then block by block.
-  while (static_cast<size_t>(end - p) >= 4 * kBlock && room - written >= 4 * kBlock) {
+  // Into UTF-16, four blocks a step while they are ASCII; then (and always
+  // into UTF-32, whose four stores a block set the pace) block by block.
+  while (sizeof(Unit) == 2 && static_cast<size_t>(end - p) >= 4 * kBlock &&
+         room - written >= 4 * kBlock) {
     const __m128i b0 = detail::loadBytes(p);
     const __m128i b1 = detail::loadBytes(p + kBlock);
     const __m128i b2 = detail::loadBytes(p + 2 * kBlock);
