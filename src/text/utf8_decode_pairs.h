@@ -1,6 +1,6 @@
 // UTF-8 text of one- and two-byte sequences (accented Latin, Greek, Cyrillic,
 // Hebrew, Arabic) 16 bytes a step with SSSE3: the step the decoder uses on
-// short texts and on the runs its window kernels leave to it.
+// short texts and on the two-byte runs its block converters leave to it.
 #ifndef QTA_TEXT_UTF8_DECODE_PAIRS_H_
 #define QTA_TEXT_UTF8_DECODE_PAIRS_H_
 
