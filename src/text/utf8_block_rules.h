@@ -30,6 +30,14 @@ inline __m128i leadsGivingReplacement(__m128i b0, __m128i b1, __m128i b2) {
   return _mm_or_si128(bad, _mm_andnot_si128(atLeast(b1, 0xA0), e0));
 }
 
+// The same for a block without bytes from 0xE0 up, whose sequences are of one
+// and two bytes: a lead without its continuation byte, and 0xC0 and 0xC1.
+inline __m128i twoByteLeadsGivingReplacement(__m128i b0, __m128i b1) {
+  const __m128i orphan = _mm_andnot_si128(continuationLanes(b1), atLeast(b0, 0xC0));
+  return _mm_or_si128(orphan, _mm_cmpeq_epi8(_mm_and_si128(b0, _mm_set1_epi8(-2)),
+                                             _mm_set1_epi8(static_cast<char>(0xC0))));
+}
+
 // Sixteen bytes that are exactly four well-formed four-byte sequences of
 // 0x10000 to 0x10FFFF (emoji text): their code points, else false.
 inline bool fourByteSequences(__m128i w, __m128i& codePoints) {

@@ -138,7 +138,8 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
     // Blocks with three- or four-byte leads: four four-byte sequences, or the
     // start of a run of three-byte sequences (leads three bytes apart), which
     // goes to a kernel of its own. One test keeps two-byte scripts off both.
-    if (highBits(atLeast(b0, 0xE0)) != 0) {
+    const bool threeByteLeads = highBits(atLeast(b0, 0xE0)) != 0;
+    if (threeByteLeads) {
       if (highBits(atLeast(b0, 0xF0)) != 0) {
         __m128i codePoints;
         if (!fourByteSequences(b0, codePoints)) break;
@@ -157,21 +158,27 @@ __attribute__((target("avx2"))) size_t decodeBlocks(const uint8_t*& src, const u
     if (__builtin_popcount(keep >> 8) + __builtin_popcount(leadsAfter) < 8) break;
 
     const __m128i b1 = loadBytes(p + 1);
-    const __m128i b2 = loadBytes(p + 2);
     const __m128i lead = atLeast(b0, 0xC0);  // two- and three-byte leads
-    const __m128i lead3 = atLeast(b0, 0xE0);
-    const __m128i bad = leadsGivingReplacement(b0, b1, b2);
 
-    // The value at every position, as if a sequence started there.
+    // The value at every position, as if a sequence started there. Blocks of
+    // one- and two-byte sequences (accented Latin, Cyrillic, Greek, Arabic,
+    // Hebrew) skip the three-byte forms and their checks.
     const __m256i w0 = _mm256_cvtepu8_epi16(b0);
     const __m256i low1 = _mm256_and_si256(_mm256_cvtepu8_epi16(b1), _mm256_set1_epi16(0x3F));
-    const __m256i low2 = _mm256_and_si256(_mm256_cvtepu8_epi16(b2), _mm256_set1_epi16(0x3F));
     const __m256i two =
         _mm256_or_si256(_mm256_slli_epi16(_mm256_and_si256(w0, _mm256_set1_epi16(0x1F)), 6), low1);
-    const __m256i three = _mm256_or_si256(
-        _mm256_or_si256(_mm256_slli_epi16(w0, 12), _mm256_slli_epi16(low1, 6)), low2);
     __m256i value = _mm256_blendv_epi8(w0, two, _mm256_cvtepi8_epi16(lead));
-    value = _mm256_blendv_epi8(value, three, _mm256_cvtepi8_epi16(lead3));
+    __m128i bad;
+    if (threeByteLeads) {
+      const __m128i b2 = loadBytes(p + 2);
+      const __m256i low2 = _mm256_and_si256(_mm256_cvtepu8_epi16(b2), _mm256_set1_epi16(0x3F));
+      const __m256i three = _mm256_or_si256(
+          _mm256_or_si256(_mm256_slli_epi16(w0, 12), _mm256_slli_epi16(low1, 6)), low2);
+      value = _mm256_blendv_epi8(value, three, _mm256_cvtepi8_epi16(atLeast(b0, 0xE0)));
+      bad = leadsGivingReplacement(b0, b1, b2);
+    } else {
+      bad = twoByteLeadsGivingReplacement(b0, b1);
+    }
     value = _mm256_blendv_epi8(value, _mm256_set1_epi16('?'), _mm256_cvtepi8_epi16(bad));
 
     // Keep the positions that are not continuation bytes, half by half.
