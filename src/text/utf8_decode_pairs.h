@@ -11,11 +11,10 @@ namespace qta::text::detail {
 
 // Converts from `src` while 16 bytes remain before `end`, `room` holds 16 more
 // units and the next 16 bytes hold nothing but ASCII bytes and well-formed
-// two-byte sequences (a last lead byte whose continuation byte is not before
-// `end` is left to the sequence reader). Never writes
-// past `room` nor past the units the text after the converted bytes is sure to
-// give, so a buffer of exactly the result's size suffices. Advances `src`;
-// returns the units written.
+// two-byte sequences (a lead byte that ends the last step is left to the
+// sequence reader). Never writes past `room` nor past the units the text after
+// the converted bytes is sure to give, so a buffer of exactly the result's
+// size suffices. Advances `src`; returns the units written.
 size_t decodePairsSsse3(const uint8_t*& src, const uint8_t* end, char16_t* out, size_t room);
 size_t decodePairsSsse3(const uint8_t*& src, const uint8_t* end, char32_t* out, size_t room);
 
