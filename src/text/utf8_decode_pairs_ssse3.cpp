@@ -8,6 +8,8 @@
 // front. One mask and one multiply-add then give the code points.
 #include "text/utf8_decode_pairs.h"
 
+#include <algorithm>
+
 #define QTA_UTF8_KERNEL_TARGET "ssse3"
 #include "text/utf8_validate_blocks.h"
 // Keep after the header above, which it builds on.
@@ -52,8 +54,9 @@ QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, unsigned carry) {
   const __m128i v = load16(p);
   // As signed bytes, continuation bytes are -128 to -65 and the leads 0xC2 to
   // 0xDF (0xC0 and 0xC1 only start overlong forms) are -62 to -33.
+  // Moved down by 0x42 they are -128 to -99, which no other byte is.
   const __m128i leadLanes =
-      _mm_and_si128(_mm_cmpgt_epi8(v, _mm_set1_epi8(-63)), _mm_cmplt_epi8(v, _mm_set1_epi8(-32)));
+      _mm_cmplt_epi8(_mm_sub_epi8(v, _mm_set1_epi8(0x42)), _mm_set1_epi8(-98));
   const auto high = static_cast<unsigned>(_mm_movemask_epi8(v));
   const auto leads = static_cast<unsigned>(_mm_movemask_epi8(leadLanes));
   const auto continuations =
@@ -105,8 +108,11 @@ QTA_UTF8_KERNEL size_t decodePairs(const uint8_t*& src, const uint8_t* end, Unit
   if (!block.ok) return 0;
   size_t written = 0;
   // While the next block is well formed it gives at least 8 units, room for
-  // this block's spare stores; and it holds the byte after this block.
-  while (end - p >= 2 * kPairStepBytes && room - written >= 32) {
+  // this block's spare stores; and it holds the byte after this block. The
+  // steps keep 32 bytes of text and 32 units of room ahead of them (a step
+  // writes at most 16 units).
+  for (auto steps = std::min<size_t>((end - p) / kPairStepBytes, room / 16) - 1; steps != 0;
+       --steps) {
     const PairBlock following = judgePairs(p + kPairStepBytes, block.continuations >> 16);
     if (!following.ok) break;
     written += storePairBlock(out + written, block, load16(p + 8), true, 0);
