@@ -4,6 +4,8 @@
 #ifndef QTA_TEXT_UTF8_DECODE_PAIRS_H_
 #define QTA_TEXT_UTF8_DECODE_PAIRS_H_
 
+#include <emmintrin.h>
+
 #include <cstddef>
 #include <cstdint>
 
@@ -20,6 +22,16 @@ size_t decodePairsSsse3(const uint8_t*& src, const uint8_t* end, char32_t* out, 
 
 // Steps shorter than this are not tried.
 inline constexpr ptrdiff_t kPairStepBytes = 16;
+
+// A lead byte of a well-formed two-byte sequence (0xC0 and 0xC1 only start
+// overlong forms).
+constexpr bool isTwoByteLead(uint8_t byte) { return byte - 0xC2u < 0x1E; }
+
+// The lanes of `bytes` that hold such a lead: moved down by 0x42, those bytes
+// are -128 to -99 as signed bytes, and no other byte is.
+inline __m128i twoByteLeadLanes(__m128i bytes) {
+  return _mm_cmplt_epi8(_mm_sub_epi8(bytes, _mm_set1_epi8(0x42)), _mm_set1_epi8(-98));
+}
 
 }  // namespace qta::text::detail
 

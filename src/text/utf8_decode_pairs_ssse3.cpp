@@ -52,13 +52,9 @@ struct PairBlock {
 // the block before when `carry`.
 QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, unsigned carry) {
   const __m128i v = load16(p);
-  // As signed bytes, continuation bytes are -128 to -65 and the leads 0xC2 to
-  // 0xDF (0xC0 and 0xC1 only start overlong forms) are -62 to -33.
-  // Moved down by 0x42 they are -128 to -99, which no other byte is.
-  const __m128i leadLanes =
-      _mm_cmplt_epi8(_mm_sub_epi8(v, _mm_set1_epi8(0x42)), _mm_set1_epi8(-98));
+  // As signed bytes, continuation bytes are -128 to -65.
   const auto high = static_cast<unsigned>(_mm_movemask_epi8(v));
-  const auto leads = static_cast<unsigned>(_mm_movemask_epi8(leadLanes));
+  const auto leads = static_cast<unsigned>(_mm_movemask_epi8(twoByteLeadLanes(v)));
   const auto continuations =
       static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, _mm_set1_epi8(-64))));
   // Every byte is of one kind, and a continuation byte follows each lead. A
