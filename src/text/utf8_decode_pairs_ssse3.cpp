@@ -39,6 +39,14 @@ constexpr std::array<Bytes16, 512> makePairShuffles() {
 }
 constexpr std::array<Bytes16, 512> kPairShuffles = makePairShuffles();
 
+// For the same masks: the sequences that start at positions 0 to 7.
+constexpr std::array<uint8_t, 512> makePairCounts() {
+  std::array<uint8_t, 512> counts{};
+  for (unsigned mask = 0; mask < 512; ++mask) counts[mask] = 8 - kBitCounts[mask & 0xFF];
+  return counts;
+}
+constexpr std::array<uint8_t, 512> kPairCounts = makePairCounts();
+
 // Sixteen bytes judged as one- and two-byte sequences.
 struct PairBlock {
   __m128i bytes;
@@ -85,8 +93,8 @@ QTA_UTF8_KERNEL size_t storePairBlock(Unit* out, const PairBlock& block, __m128i
                                       bool spare, unsigned dropLast) {
   const unsigned lowMask = block.continuations & 0x1FF;
   const unsigned highMask = block.continuations >> 8;
-  const size_t lowCount = 8 - kBitCounts[lowMask & 0xFF];
-  const size_t units = lowCount + 8 - kBitCounts[highMask & 0xFF] - dropLast;
+  const size_t lowCount = kPairCounts[lowMask];
+  const size_t units = lowCount + kPairCounts[highMask] - dropLast;
   // The high half's units overwrite whatever the low half's store writes
   // past its own, up to the block's end.
   storeUnits16(out, pairHalf(block.bytes, kPairShuffles[lowMask]), lowCount, spare || units >= 8);
