@@ -1,11 +1,12 @@
 // One- and two-byte UTF-8 sequences to UTF-16 and UTF-32, 16 bytes a step.
 //
-// A step judges its 16 bytes with three comparisons. Each half block then
-// needs one byte shuffle, from a table indexed by which of its bytes (and the
-// one after it) are continuation bytes: the shuffle lays every sequence that
-// starts in the half into a 16-bit lane, its lead byte high and its
-// continuation byte low (an ASCII byte low, a zero high), already moved to the
-// front. One mask and one multiply-add then give the code points.
+// A step judges its 16 bytes with two comparisons and three bit masks. Each
+// half block then needs one byte shuffle, from a table indexed by which of
+// its bytes (and the one after it) are continuation bytes: the shuffle lays
+// every sequence that starts in the half into a 16-bit lane, its lead byte
+// high and its continuation byte low (an ASCII byte low, a zero high),
+// already moved to the front. One mask and one multiply-add then give the
+// code points.
 #include "text/utf8_decode_pairs.h"
 
 #include <algorithm>
