@@ -51,11 +51,16 @@ inline bool startsWideRun(const uint8_t* p) {
   return p[0] >= 0xE0 && p[p[0] >= 0xF0 ? 4 : 3] >= 0xE0;
 }
 
-// Three two-byte leads in a row at `p` (reads up to p[4]): a run for the
-// 16-byte steps. A few accented letters in ASCII text are cheaper to convert
-// one by one.
+// A two-byte lead at `p` and at least four among the 16 bytes from it (which
+// it reads): a run for the 16-byte steps, even of short words (Hebrew). A few
+// accented letters in ASCII text are cheaper to convert one by one.
 inline bool startsPairRun(const uint8_t* p) {
-  return ((p[0] & p[2] & p[4]) & 0xE0) == 0xC0 && ((p[0] | p[2] | p[4]) & 0x20) == 0;
+  if (!detail::isTwoByteLead(p[0])) return false;
+  auto leads =
+      static_cast<unsigned>(_mm_movemask_epi8(detail::twoByteLeadLanes(detail::loadBytes(p))));
+  leads &= leads - 1;
+  leads &= leads - 1;
+  return (leads & (leads - 1)) != 0;
 }
 
 // The vector kernels take over where at least this much text remains; below
@@ -107,6 +112,17 @@ template <typename Unit>
   const uint8_t* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
     const uint8_t lead = *p;
+    // Runs of well-formed one- and two-byte characters (Cyrillic, Greek,
+    // Arabic, Hebrew text) go 16 bytes a step through the pair step, which
+    // beats every block converter on them.
+    if (pairSteps && end - p >= detail::kPairStepBytes && startsPairRun(p)) {
+      const size_t units =
+          detail::stepOnCopy(detail::decodePairsSsse3, p, end, dst + written, capacity - written);
+      if (units != 0) {
+        written += units;
+        continue;
+      }
+    }
     const bool kernelFits = kernel.run != nullptr && end - p >= kKernelText;
     if (kernelFits && p >= scalarUntil && (!kernel.wideRunsOnly || startsWideRun(p))) {
       written += kernel.run(p, end, dst + written, capacity - written);
@@ -118,18 +134,12 @@ template <typename Unit>
       written += widenAsciiRun(p, end, dst + written, capacity - written);
       continue;
     }
-    // Well-formed one- and two-byte characters (Cyrillic, Greek, Arabic, Hebrew
-    // text) 16 bytes a step where the kernel does not take them, then in a
-    // tight loop, up to where the kernel may take over (a kernel that starts
-    // only at three-byte leads leaves it the whole run: the loop stops at
-    // those leads itself).
+    // Well-formed one- and two-byte characters in a tight loop, up to where
+    // the kernel may take over (a kernel that starts only at three-byte leads
+    // leaves it the whole run: the loop stops at those leads itself).
     const bool kernelTakesRuns = kernelFits && !kernel.wideRunsOnly;
     const uint8_t* const runEnd = kernelTakesRuns ? scalarUntil : end;
     const uint8_t* const runStart = p;
-    if (pairSteps && !kernelTakesRuns && runEnd - p >= detail::kPairStepBytes && startsPairRun(p)) {
-      written += detail::stepOnCopy(detail::decodePairsSsse3, p, runEnd, dst + written,
-                                    capacity - written);
-    }
     while (runEnd - p >= 2 && written < capacity) {
       const uint32_t b0 = p[0];
       const uint32_t b1 = p[1];
@@ -137,7 +147,8 @@ template <typename Unit>
         if (b1 < 0x80) break;  // an ASCII run: the block copy above does it faster
         dst[written++] = static_cast<Unit>(b0);
         ++p;
-      } else if (b0 - 0xC2 < 0x1E && detail::isContinuation(static_cast<uint8_t>(b1))) {
+      } else if (detail::isTwoByteLead(static_cast<uint8_t>(b0)) &&
+                 detail::isContinuation(static_cast<uint8_t>(b1))) {
         dst[written++] = static_cast<Unit>((b0 & 0x1F) << 6 | (b1 & 0x3F));
         p += 2;
       } else {
@@ -176,8 +187,8 @@ template <typename Unit>
 // The vector kernel converts what it can; where it stops, the next block goes
 // through the scalar sequence reader (whole blocks of 16 ASCII bytes are copied
 // at once) before the kernel is tried again. Short texts that start with ASCII
-// or a two-byte run have it converted here before the rest goes to
-// decodeMixed().
+// or a two-byte sequence have the ASCII run or the pair step's blocks
+// converted here before the rest goes to decodeMixed().
 template <typename Unit>
 size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t capacity) {
   detail::clearUpperState();
@@ -185,7 +196,7 @@ size_t decodeUtf8(const uint8_t*& src, const uint8_t* end, Unit* dst, size_t cap
   if (end - src < kKernelText && src != end) {
     if (*src < 0x80) {
       written = widenAsciiRun(src, end, dst, capacity);
-    } else if (end - src >= detail::kPairStepBytes && startsPairRun(src) &&
+    } else if (end - src >= detail::kPairStepBytes && detail::isTwoByteLead(*src) &&
                detail::ssse3Enabled()) {
       written = detail::decodePairsSsse3(src, end, dst, capacity);
     }

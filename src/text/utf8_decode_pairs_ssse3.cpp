@@ -1,5 +1,15 @@
 // One- and two-byte UTF-8 sequences to UTF-16 and UTF-32, 16 bytes a step.
+//
+// A step judges its 16 bytes with two comparisons and three bit masks. Each
+// half block then needs one byte shuffle, from a table indexed by which of
+// its bytes (and the one after it) are continuation bytes: the shuffle lays
+// every sequence that starts in the half into a 16-bit lane, its lead byte
+// high and its continuation byte low (an ASCII byte low, a zero high),
+// already moved to the front. One mask and one multiply-add then give the
+// code points.
 #include "text/utf8_decode_pairs.h"
+
+#include <algorithm>
 
 #define QTA_UTF8_KERNEL_TARGET "ssse3"
 #include "text/utf8_validate_blocks.h"
@@ -9,69 +19,88 @@
 namespace qta::text::detail {
 namespace {
 
+// For each 9-bit mask of the positions 0 to 8 holding continuation bytes: the
+// sequences that start at positions 0 to 7, one 16-bit lane each, in order. A
+// position followed by a continuation byte leads a two-byte sequence (lane:
+// the byte after it low, the lead high); any other is an ASCII byte (lane: the
+// byte low, zero high). Lanes past the sequences are zero.
+constexpr std::array<Bytes16, 512> makePairShuffles() {
+  std::array<Bytes16, 512> table{};
+  for (unsigned mask = 0; mask < 512; ++mask) {
+    unsigned k = 0;
+    for (unsigned pos = 0; pos < 8; ++pos) {
+      if ((mask >> pos & 1) != 0) continue;
+      const bool lead = (mask >> (pos + 1) & 1) != 0;
+      table[mask][k++] = static_cast<uint8_t>(lead ? pos + 1 : pos);
+      table[mask][k++] = lead ? static_cast<uint8_t>(pos) : 0x80;
+    }
+    while (k < 16) table[mask][k++] = 0x80;
+  }
+  return table;
+}
+constexpr std::array<Bytes16, 512> kPairShuffles = makePairShuffles();
+
+// For the same masks: the sequences that start at positions 0 to 7.
+constexpr std::array<uint8_t, 512> makePairCounts() {
+  std::array<uint8_t, 512> counts{};
+  for (unsigned mask = 0; mask < 512; ++mask) counts[mask] = 8 - kBitCounts[mask & 0xFF];
+  return counts;
+}
+constexpr std::array<uint8_t, 512> kPairCounts = makePairCounts();
+
 // Sixteen bytes judged as one- and two-byte sequences.
 struct PairBlock {
   __m128i bytes;
-  __m128i next;    // the byte after each one (the 17th only when it is in the text)
-  __m128i leads;   // 0xFF where a byte leads a two-byte sequence
-  unsigned keep;   // positions that start a converted sequence (ASCII bytes and leads)
-  unsigned carry;  // the last byte leads a sequence whose continuation byte it converts
-  unsigned cut;    // the last byte leads a sequence left to the next step or the reader
-  bool ok;         // the block holds nothing else, and a lead
+  // Bit i set where byte i is a continuation byte; bit 16 where the byte
+  // after the block is (the block's last byte leads a sequence).
+  unsigned continuations;
+  bool ok;  // the block holds nothing else, and a lead
 };
 
 // Judges the 16 bytes at `p`, whose first byte is the continuation byte of
 // the block before when `carry`.
-QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, const uint8_t* end, unsigned carry) {
+QTA_UTF8_KERNEL PairBlock judgePairs(const uint8_t* p, unsigned carry) {
   const __m128i v = load16(p);
-  const __m128i next = end - p > 16 ? load16(p + 1) : _mm_srli_si128(v, 1);
-  // As signed bytes, continuation bytes are -128 to -65 and the leads 0xC2 to
-  // 0xDF (0xC0 and 0xC1 only start overlong forms) are -62 to -33.
-  const __m128i leadLanes =
-      _mm_and_si128(_mm_cmpgt_epi8(v, _mm_set1_epi8(-63)), _mm_cmplt_epi8(v, _mm_set1_epi8(-32)));
-  const auto ascii = static_cast<unsigned>(~_mm_movemask_epi8(v)) & 0xFFFF;
-  const auto leads = static_cast<unsigned>(_mm_movemask_epi8(leadLanes));
-  const __m128i sixtyFour = _mm_set1_epi8(-64);
-  const auto continuations = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, sixtyFour)));
-  const auto followed = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(next, sixtyFour)));
+  // As signed bytes, continuation bytes are -128 to -65.
+  const auto high = static_cast<unsigned>(_mm_movemask_epi8(v));
+  const auto leads = static_cast<unsigned>(_mm_movemask_epi8(twoByteLeadLanes(v)));
+  const auto continuations =
+      static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(v, _mm_set1_epi8(-64))));
   // Every byte is of one kind, and a continuation byte follows each lead. A
   // block of ASCII alone is left to the caller's wider ASCII steps.
-  const bool ok = leads != 0 && (ascii | leads | continuations) == 0xFFFF &&
-                  continuations == ((leads << 1 | carry) & 0xFFFF);
-  const unsigned last = leads >> 15;
-  const unsigned cut = last & ~(followed >> 15);
-  return {v, next, leadLanes, (ascii | leads) & (0xFFFFu >> cut), last & ~cut, cut, ok};
+  const unsigned expected = leads << 1 | carry;
+  const bool ok =
+      leads != 0 && (expected & 0xFFFF) == continuations && (continuations | leads) == high;
+  return {v, expected, ok};
 }
 
-// Writes the units of a judged block and returns how many. With `spare`, the
-// stores may reach up to 8 units past them.
+// The code points of the sequences starting in the half block whose bytes
+// (and the one after them) are at the front of `bytes`, per `shuffle`.
+QTA_UTF8_KERNEL __m128i pairHalf(__m128i bytes, const Bytes16& shuffle) {
+  const __m128i lanes = _mm_shuffle_epi8(bytes, load16(shuffle.data()));
+  // A continuation byte's low six bits and a two-byte lead's low five (the
+  // bit above them is clear from 0xC0 to 0xDF) or an ASCII byte; then the
+  // high byte times 64 plus the low one.
+  const __m128i bits = _mm_and_si128(lanes, _mm_set1_epi16(0x3F7F));
+  return _mm_maddubs_epi16(bits, _mm_set1_epi16(0x4001));
+}
+
+// Writes the units of a judged block and returns how many. `afterHalf` holds
+// the block's bytes from its ninth on, and the byte after it when the block
+// ends with a lead, unless `dropLast` leaves that lead out. With `spare`, the
+// stores may reach up to 8 units past the units written.
 template <typename Unit>
-QTA_UTF8_KERNEL size_t storePairBlock(Unit* out, const PairBlock& block, bool spare) {
-  // Each position's value as if a sequence started there, as byte pairs and
-  // weights for one multiply-add: an ASCII byte's 7 bits times 1, or a lead's
-  // 5 bits times 64 and the 6 bits of the byte after it times 1.
-  const __m128i lead = block.leads;
-  const __m128i firstBits =
-      _mm_xor_si128(_mm_set1_epi8(0x7F), _mm_and_si128(lead, _mm_set1_epi8(0x60)));
-  const __m128i first = _mm_and_si128(block.bytes, firstBits);
-  const __m128i second = _mm_and_si128(block.next, _mm_and_si128(lead, _mm_set1_epi8(0x3F)));
-  const __m128i ones = _mm_set1_epi8(1);
-  const __m128i weight = _mm_add_epi8(ones, _mm_and_si128(lead, _mm_set1_epi8(63)));
-  const __m128i lowValues =
-      _mm_maddubs_epi16(_mm_unpacklo_epi8(first, second), _mm_unpacklo_epi8(weight, ones));
-  const __m128i highValues =
-      _mm_maddubs_epi16(_mm_unpackhi_epi8(first, second), _mm_unpackhi_epi8(weight, ones));
-  // The lead and ASCII positions moved to the front, half by half.
-  const unsigned lowKeep = block.keep & 0xFF;
-  const unsigned highKeep = block.keep >> 8;
-  const size_t lowCount = kBitCounts[lowKeep];
-  const size_t units = lowCount + kBitCounts[highKeep];
+QTA_UTF8_KERNEL size_t storePairBlock(Unit* out, const PairBlock& block, __m128i afterHalf,
+                                      bool spare, unsigned dropLast) {
+  const unsigned lowMask = block.continuations & 0x1FF;
+  const unsigned highMask = block.continuations >> 8;
+  const size_t lowCount = kPairCounts[lowMask];
+  const size_t units = lowCount + kPairCounts[highMask] - dropLast;
   // The high half's units overwrite whatever the low half's store writes
   // past its own, up to the block's end.
-  storeUnits16(out, _mm_shuffle_epi8(lowValues, load16(kKeep[lowKeep].data())), lowCount,
-               spare || units >= 8);
-  storeUnits16(out + lowCount, _mm_shuffle_epi8(highValues, load16(kKeep[highKeep].data())),
-               units - lowCount, spare);
+  storeUnits16(out, pairHalf(block.bytes, kPairShuffles[lowMask]), lowCount, spare || units >= 8);
+  storeUnits16(out + lowCount, pairHalf(afterHalf, kPairShuffles[highMask]), units - lowCount,
+               spare);
   return units;
 }
 
@@ -80,23 +109,26 @@ QTA_UTF8_KERNEL size_t decodePairs(const uint8_t*& src, const uint8_t* end, Unit
                                    size_t room) {
   const uint8_t* p = src;
   if (end - p < kPairStepBytes || room < 16) return 0;
-  size_t written = 0;
-  PairBlock block = judgePairs(p, end, 0);
+  PairBlock block = judgePairs(p, 0);
   if (!block.ok) return 0;
-  for (;;) {
-    // A well-formed block after this one gives at least 8 units: room for
-    // this block's spare stores.
-    PairBlock following{};
-    if (block.cut == 0 && end - p >= 2 * kPairStepBytes) {
-      following = judgePairs(p + kPairStepBytes, end, block.carry);
-    }
-    const bool more = following.ok && room - written >= 32;
-    written += storePairBlock(out + written, block, more);
-    if (!more) break;
+  size_t written = 0;
+  // While the next block is well formed it gives at least 8 units, room for
+  // this block's spare stores; and it holds the byte after this block. The
+  // steps keep 32 bytes of text and 32 units of room ahead of them (a step
+  // writes at most 16 units).
+  for (auto steps = std::min<size_t>((end - p) / kPairStepBytes, room / 16) - 1; steps != 0;
+       --steps) {
+    const PairBlock following = judgePairs(p + kPairStepBytes, block.continuations >> 16);
+    if (!following.ok) break;
+    written += storePairBlock(out + written, block, load16(p + 8), true, 0);
     p += kPairStepBytes;
     block = following;
   }
-  src = p + kPairStepBytes + block.carry - block.cut;
+  // The last block, written exactly; a lead at its end is left to the
+  // sequence reader, which checks the byte after it.
+  const unsigned lastLead = block.continuations >> 16;
+  written += storePairBlock(out + written, block, _mm_srli_si128(block.bytes, 8), false, lastLead);
+  src = p + kPairStepBytes - lastLead;
   return written;
 }
 

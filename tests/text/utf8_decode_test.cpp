@@ -32,6 +32,8 @@ const std::vector<std::string> kScripts = {
     "plain ASCII text, ",
     "caf\xC3\xA9 cr\xC3\xA8me ",                          // mostly ASCII, some two-byte
     "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 ",  // two-byte runs and spaces
+    "\xC2\x80\xDF\xBF\xD0\x80\xC3\xBF\x7F",               // bounds of two-byte runs
+    "\xD7\x93\xD7\xAA \xD7\xA9\xD7\x9B\xD7\x9C, ",        // two-byte short words
     "\xE4\xB8\xAD\xE6\x96\x87\xE6\x96\x87\xE5\xAD\x97",   // three-byte runs
     "\xE0\xA4\xB9\xE0\xA4\xBF \xE0\xA4\xA8",              // three-byte with ASCII
     "\xF0\x9F\x98\x80\xF0\x9F\x8E\x89",                   // four-byte runs
@@ -100,6 +102,7 @@ TEST(Utf8Decode, IllFormedInputAtEveryPlace) {
       "\xBF\xBF",          // two of them
       "\xC3",              // lead cut off
       "\xC0\x80",          // overlong
+      "\xC1\xBF",          // overlong
       "\xE0\x9F\xBF",      // overlong
       "\xE2\x82",          // cut off
       "\xF0\x9F\x98",      // cut off
@@ -126,8 +129,9 @@ TEST(Utf8Decode, IllFormedInputAtEveryPlace) {
 // Long texts, so the kernels run through whole runs and ever larger windows
 // before they meet the ill-formed input: each step must judge its own bytes.
 TEST(Utf8Decode, IllFormedInputDeepInLongText) {
-  const std::vector<std::string> scripts = {kScripts[3], kScripts[4], kScripts[5]};
-  const std::vector<std::string> defects = {"\xE0\x9F\xBF", "\x80", "\xE2\x82", "\xF0\x9F\x98"};
+  const std::vector<std::string> scripts = {kScripts[2], kScripts[5], kScripts[6], kScripts[7]};
+  const std::vector<std::string> defects = {"\xE0\x9F\xBF", "\x80", "\xE2\x82", "\xF0\x9F\x98",
+                                            "\xC3"};
   for (const std::string& script : scripts) {
     const std::string text = repeated(script, 3000);
     for (const std::string& defect : defects) {
