@@ -83,6 +83,21 @@ template <typename Unit>
   return written;
 }
 
+// Units below U+0800 from `p` with SSSE3, in a text too short for the
+// kernels: all of them in one go when that many fit, else step by step.
+// Advances `p`; returns the bytes written.
+inline size_t encodeShortPairs(const char16_t*& p, const char16_t* end, char* out, size_t room) {
+  const auto units = static_cast<size_t>(end - p);
+  if (units >= detail::kPairStepUnits && units <= detail::kPairWholeUnits) {
+    const size_t written = detail::encodeShortPairsSsse3(p, units, out, room);
+    if (written != 0) {
+      p = end;
+      return written;
+    }
+  }
+  return detail::stepOnCopy(detail::encodePairsSsse3, p, end, out, room);
+}
+
 // Converts as encodeUtf8() does, after its ASCII start. Kept out of line: its
 // kernel calls make it save registers on entry, which short ASCII texts skip.
 template <typename Unit>
@@ -189,7 +204,7 @@ size_t encodeUtf8(const Unit*& src, const Unit* end, char* dst, size_t capacity)
     } else if constexpr (sizeof(Unit) == 2) {
       if (end - p < static_cast<ptrdiff_t>(detail::kEncodeBlocksMinUnits) &&
           detail::ssse3Enabled()) {
-        written = detail::stepOnCopy(detail::encodePairsSsse3, p, end, dst, capacity);
+        written = encodeShortPairs(p, end, dst, capacity);
       }
     }
     src = p;

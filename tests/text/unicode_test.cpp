@@ -132,6 +132,32 @@ TEST(UnicodeEncode, ShapeChangesOnEveryPath) {
   }
 }
 
+// Short texts of every length up to where the kernels take over and past it,
+// each shape started at every place of its pattern: the steps for short texts
+// convert them whole or in part, with overlapping blocks whose exact-size
+// stores must land inside an exactly sized buffer.
+TEST(UnicodeEncode, ShortTextsOfEveryLength) {
+  const std::u16string patterns[] = {
+      u"\u041B\u043E\u0440\u0435\u043C ",    // words of two-byte letters
+      u"\u05D0",                             // two-byte letters only
+      std::u16string{0x80, 0x7FF, 0x7F, 0},  // the ends of the one- and two-byte ranges
+      u"abc\u00E9defgh",                     // accented letters in ASCII
+      u"\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0800",  // one three-byte unit
+      u"\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\U0001F600"};   // a pair
+  for (const std::u16string& pattern : patterns) {
+    for (size_t start = 0; start < pattern.size(); ++start) {
+      for (size_t units = 1; units <= 40; ++units) {
+        std::u16string input;
+        for (size_t i = 0; i < units; ++i) input += pattern[(start + i) % pattern.size()];
+        const auto check = [&] {
+          return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, input);
+        };
+        EXPECT_EQ(unicoderef::onEveryPath(check), "") << testing::PrintToString(input);
+      }
+    }
+  }
+}
+
 // The table holds the reference model to the rules; the library is held to the
 // model with each case inside ASCII padding of many lengths, so that it lands at
 // every position of the block-wise fast paths (padding never changes how the
