@@ -24,7 +24,10 @@ size_t encodeUtf8BlocksAvx2(const char16_t*& p, const char16_t* end, char* out, 
 size_t encodeUtf8BlocksAvx2(const char32_t*& p, const char32_t* end, char* out, size_t room);
 
 // Narrows runs of kAsciiRunUnits ASCII units with AVX2 while that many units
-// remain and fit in `room`; stops at the first run with another unit. Advances
+// remain and fit in `room`. Blocks of 16 with other units among ASCII ones go
+// through the kernels' mixed step, a few in a row at most; it stops at a block
+// that is not plain or too close to the end, and at the next one of a longer
+// run of other text. The same rules on scratch bytes as the kernels. Advances
 // `p`; returns the bytes written.
 inline constexpr size_t kAsciiRunUnits = 64;
 size_t narrowAsciiAvx2(const char16_t*& p, const char16_t* end, char* out, size_t room);
