@@ -27,6 +27,15 @@ BlockEncoder<Unit> blockEncoder(unsigned features) {
   return nullptr;
 }
 
+using AsciiRuns = size_t (*)(const char16_t*&, const char16_t*, char*, size_t);
+
+// The ASCII run loop of the highest level in `features`, or none.
+inline AsciiRuns asciiRunsKernel(unsigned features) {
+  if ((features & detail::kUseAvx2) != 0) return detail::narrowAsciiAvx2;
+  if ((features & detail::kUseSsse3) != 0) return detail::narrowAsciiSsse3;
+  return nullptr;
+}
+
 // Stores the 16 units at `p`, some of them not ASCII, narrowed to bytes at
 // `out` and returns how many of them, from the first, are ASCII; stores nothing
 // and returns 0 when some unit is a surrogate. The bytes past the ASCII ones
@@ -98,36 +107,6 @@ inline size_t encodeShortPairs(const char16_t*& p, const char16_t* end, char* ou
   return detail::stepOnCopy(detail::encodePairsSsse3, p, end, out, room);
 }
 
-// Narrows runs of kAsciiRunUnits ASCII units with SSE2 while that many units
-// remain and fit in `room`; stops at the first run with another unit. One test
-// a run instead of one a block: what processors without AVX2 narrow ASCII
-// with. Advances `src`; returns the bytes written.
-inline size_t narrowAsciiRunsSse2(const char16_t*& src, const char16_t* end, char* out,
-                                  size_t room) {
-  constexpr size_t kRun = detail::kAsciiRunUnits;
-  constexpr size_t kVectors = kRun / 8;
-  const char16_t* p = src;
-  size_t written = 0;
-  while (static_cast<size_t>(end - p) >= kRun && room - written >= kRun) {
-    __m128i units[kVectors];
-    __m128i any = _mm_setzero_si128();
-    for (size_t i = 0; i < kVectors; ++i) {
-      units[i] = detail::loadBytes(p + 8 * i);
-      any = _mm_or_si128(any, units[i]);
-    }
-    const __m128i high9 = _mm_and_si128(any, _mm_set1_epi16(static_cast<short>(0xFF80)));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi16(high9, _mm_setzero_si128())) != 0xFFFF) break;
-    for (size_t i = 0; i < kVectors; i += 2) {
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(out + written + 8 * i),
-                       _mm_packus_epi16(units[i], units[i + 1]));
-    }
-    p += kRun;
-    written += kRun;
-  }
-  src = p;
-  return written;
-}
-
 // Converts as encodeUtf8() does, after its ASCII start. Kept out of line: its
 // kernel calls make it save registers on entry, which short ASCII texts skip.
 template <typename Unit>
@@ -139,8 +118,8 @@ template <typename Unit>
   const size_t units = static_cast<size_t>(end - p);
   const unsigned features = units >= detail::kEncodeBlocksMinUnits ? detail::vectorFeatures() : 0;
   const BlockEncoder<Unit> blocks = blockEncoder<Unit>(features);
-  const bool asciiRuns = sizeof(Unit) == 2 && units >= detail::kAsciiRunUnits;
-  const bool wideAscii = asciiRuns && (features & detail::kUseAvx2) != 0;
+  const AsciiRuns asciiRuns =
+      sizeof(Unit) == 2 && units >= detail::kAsciiRunUnits ? asciiRunsKernel(features) : nullptr;
   const bool pairSteps = sizeof(Unit) == 2 && features == 0 && detail::ssse3Enabled();
   const Unit* scalarUntil = p;  // where the kernel may be tried again
   while (p < end) {
@@ -148,12 +127,8 @@ template <typename Unit>
     if (c < 0x80) {
       if (written == capacity) break;
       if constexpr (sizeof(Unit) == 2) {
-        if (wideAscii) {
-          written += detail::stepOnCopy(detail::narrowAsciiAvx2, p, end, dst + written,
-                                        capacity - written);
-        } else if (asciiRuns) {
-          written +=
-              detail::stepOnCopy(narrowAsciiRunsSse2, p, end, dst + written, capacity - written);
+        if (asciiRuns) {
+          written += detail::stepOnCopy(asciiRuns, p, end, dst + written, capacity - written);
         }
       }
       written += narrowAsciiRun(p, end, dst + written, capacity - written);

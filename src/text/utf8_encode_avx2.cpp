@@ -73,6 +73,15 @@ struct Units16 {
   QTA_ENCODE_KERNEL static __m128i part(V v) {
     return _mm256_extracti128_si256(v, i);
   }
+  QTA_ENCODE_KERNEL static bool noBitsOf(V v, V bits) { return _mm256_testz_si256(v, bits); }
+  QTA_ENCODE_KERNEL static void storeNarrowed(char* out, V ascii) {
+    storePart(out, _mm_packus_epi16(part<0>(ascii), part<1>(ascii)));
+  }
+  QTA_ENCODE_KERNEL static void storeNarrowed(char* out, V ascii, V next) {
+    // The pack interleaves the 128-bit halves of its inputs; the permute restores order.
+    _mm256_storeu_si256(reinterpret_cast<V*>(out),
+                        _mm256_permute4x64_epi64(_mm256_packus_epi16(ascii, next), 0xD8));
+  }
 };
 
 // Sixteen units a block while the text lasts, then the last blocks of eight.
@@ -82,79 +91,11 @@ QTA_ENCODE_KERNEL size_t encodeAvx2(const Unit*& p, const Unit* end, char* out, 
   return wide + encodeBlocks<Units8>(p, end, out + wide, room - wide);
 }
 
-// Narrows 16 ASCII units to bytes at `out`.
-QTA_ENCODE_KERNEL void storeNarrowed(char* out, __m256i units) {
-  storePart(out, _mm_packus_epi16(_mm256_castsi256_si128(units), Units16::part<1>(units)));
-}
-
-// The block of 16 units at `p`, not all ASCII, converted with the mixed step
-// when its units are plain and so are the 16 after it (their bytes cover the
-// step's scratch bytes) and `room` holds the step's stores. Returns the end of
-// its output, or nullptr with nothing written.
-QTA_ENCODE_KERNEL char* mixedBlock(const char16_t* p, const char16_t* end, char* out, size_t room,
-                                   const Constants<Units16>& k) {
-  constexpr size_t kStepRoom = 3 * Units16::kUnits + kPlainAhead;
-  __m256i units;
-  __m256i after;
-  if (static_cast<size_t>(end - p) < Units16::kUnits + kPlainAhead || room < kStepRoom ||
-      !plainBlock<Units16>(p, units, k) || !plainBlock<Units16>(p + Units16::kUnits, after, k)) {
-    return nullptr;
-  }
-  const __m256i ascii = Units16::equal(units & k.high9, k.zero);
-  const __m256i below800 = Units16::equal(units & k.top5, k.zero);
-  return mixed<Units16>(out, units, ascii, below800, Units16::quarterMasks(ascii, below800), k);
-}
-
 }  // namespace
 
 [[gnu::target("avx2")]] size_t narrowAsciiAvx2(const char16_t*& src, const char16_t* end, char* out,
                                                size_t room) {
-  constexpr size_t kRun = kAsciiRunUnits;
-  constexpr size_t kUnits = Units16::kUnits;
-  constexpr size_t kMixedBlocksInRow = 3;
-  const Constants<Units16> k;
-  const char16_t* p = src;
-  char* o = out;
-  size_t mixedBlocks = 0;  // blocks in a row before p that were not all ASCII
-  while (static_cast<size_t>(end - p) >= kRun && room - static_cast<size_t>(o - out) >= kRun) {
-    const __m256i a = Units16::load(p);
-    const __m256i b = Units16::load(p + 16);
-    const __m256i c = Units16::load(p + 32);
-    const __m256i d = Units16::load(p + 48);
-    if (_mm256_testz_si256((a | b) | (c | d), k.high9)) {
-      // Each pack interleaves the 128-bit halves of its inputs; the permute restores order.
-      auto* v = reinterpret_cast<__m256i*>(o);
-      _mm256_storeu_si256(v, _mm256_permute4x64_epi64(_mm256_packus_epi16(a, b), 0xD8));
-      _mm256_storeu_si256(v + 1, _mm256_permute4x64_epi64(_mm256_packus_epi16(c, d), 0xD8));
-      p += kRun;
-      o += kRun;
-      mixedBlocks = 0;
-      continue;
-    }
-    // A few other units in ASCII text: the run's blocks one by one, ASCII ones
-    // narrowed, others through the mixed step. More such blocks in a row are
-    // text of another script, which the block kernel converts faster; the
-    // mixed step is slower than narrowing, so ASCII blocks skip it.
-    for (const char16_t* const runEnd = p + kRun; p != runEnd; p += kUnits) {
-      const __m256i units = Units16::load(p);
-      const size_t left = room - static_cast<size_t>(o - out);
-      if (_mm256_testz_si256(units, k.high9) && left >= kUnits) {
-        storeNarrowed(o, units);
-        o += kUnits;
-        mixedBlocks = 0;
-        continue;
-      }
-      char* const next = mixedBlocks == kMixedBlocksInRow ? nullptr : mixedBlock(p, end, o, left, k);
-      if (next == nullptr) {
-        src = p;
-        return static_cast<size_t>(o - out);
-      }
-      o = next;
-      ++mixedBlocks;
-    }
-  }
-  src = p;
-  return static_cast<size_t>(o - out);
+  return narrowAsciiRuns<Units16>(src, end, out, room);
 }
 
 [[gnu::target("avx2")]] size_t encodeUtf8BlocksAvx2(const char16_t*& p, const char16_t* end,
