@@ -73,6 +73,15 @@ struct Units16 {
   QTA_ENCODE_KERNEL static __m128i part(V v) {
     return _mm256_extracti128_si256(v, i);
   }
+  QTA_ENCODE_KERNEL static bool noBitsOf(V v, V bits) { return _mm256_testz_si256(v, bits); }
+  QTA_ENCODE_KERNEL static void storeNarrowed(char* out, V ascii) {
+    storePart(out, _mm_packus_epi16(part<0>(ascii), part<1>(ascii)));
+  }
+  QTA_ENCODE_KERNEL static void storeNarrowed(char* out, V ascii, V next) {
+    // The pack interleaves the 128-bit halves of its inputs; the permute restores order.
+    _mm256_storeu_si256(reinterpret_cast<V*>(out),
+                        _mm256_permute4x64_epi64(_mm256_packus_epi16(ascii, next), 0xD8));
+  }
 };
 
 // Sixteen units a block while the text lasts, then the last blocks of eight.
@@ -86,25 +95,7 @@ QTA_ENCODE_KERNEL size_t encodeAvx2(const Unit*& p, const Unit* end, char* out, 
 
 [[gnu::target("avx2")]] size_t narrowAsciiAvx2(const char16_t*& src, const char16_t* end, char* out,
                                                size_t room) {
-  constexpr size_t kRun = kAsciiRunUnits;
-  const char16_t* p = src;
-  size_t written = 0;
-  const __m256i high9 = _mm256_set1_epi16(static_cast<short>(0xFF80));
-  while (static_cast<size_t>(end - p) >= kRun && room - written >= kRun) {
-    const __m256i a = Units16::load(p);
-    const __m256i b = Units16::load(p + 16);
-    const __m256i c = Units16::load(p + 32);
-    const __m256i d = Units16::load(p + 48);
-    if (!_mm256_testz_si256((a | b) | (c | d), high9)) break;
-    // Each pack interleaves the 128-bit halves of its inputs; the permute restores order.
-    auto* o = reinterpret_cast<__m256i*>(out + written);
-    _mm256_storeu_si256(o, _mm256_permute4x64_epi64(_mm256_packus_epi16(a, b), 0xD8));
-    _mm256_storeu_si256(o + 1, _mm256_permute4x64_epi64(_mm256_packus_epi16(c, d), 0xD8));
-    p += kRun;
-    written += kRun;
-  }
-  src = p;
-  return written;
+  return narrowAsciiRuns<Units16>(src, end, out, room);
 }
 
 [[gnu::target("avx2")]] size_t encodeUtf8BlocksAvx2(const char16_t*& p, const char16_t* end,

@@ -1,5 +1,5 @@
-// The block-wise UTF-16 and UTF-32 to UTF-8 converter, written once for every
-// vector width.
+// The block-wise UTF-16 and UTF-32 to UTF-8 converter and the ASCII run loop
+// of UTF-16, written once for every vector width.
 //
 // A block is 8 units per 16-byte part of a vector. Units below 0x10000 that are
 // not surrogates encode on their own into 1, 2 or 3 bytes, so such a block is
@@ -33,6 +33,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "text/utf8_encode_kernels.h"
 
 // Inlined into the kernel's entry point, compiled for its instruction sets.
 #define QTA_ENCODE_KERNEL [[gnu::always_inline, gnu::target(QTA_ENCODE_KERNEL_TARGET)]] inline
@@ -104,6 +106,8 @@ constexpr size_t kPlainAhead = 16;
 //   anySet(m), allSet(m)   of comparison results
 //   shuffle(v, s)          part i shuffled by s[i]->index
 //   part<i>(v)             16-byte part i
+//   noBitsOf(v, bits)      whether no lane of v has any of `bits`
+//   storeNarrowed(out, a[, b])  the ASCII units of a (and then b) as bytes
 // plus &, | on V.
 
 // `v`, hidden from the compiler's view of constants. Without this, the loops
@@ -177,6 +181,15 @@ struct Units8 {
   QTA_ENCODE_KERNEL static __m128i part(V v) {
     static_assert(i == 0);
     return v;
+  }
+  QTA_ENCODE_KERNEL static bool noBitsOf(V v, V bits) {
+    return _mm_movemask_epi8(_mm_cmpeq_epi16(v & bits, _mm_setzero_si128())) == 0xFFFF;
+  }
+  QTA_ENCODE_KERNEL static void storeNarrowed(char* out, V ascii) {
+    _mm_storel_epi64(reinterpret_cast<V*>(out), _mm_packus_epi16(ascii, ascii));
+  }
+  QTA_ENCODE_KERNEL static void storeNarrowed(char* out, V ascii, V next) {
+    _mm_storeu_si128(reinterpret_cast<V*>(out), _mm_packus_epi16(ascii, next));
   }
 };
 
@@ -437,6 +450,94 @@ QTA_ENCODE_KERNEL size_t encodeBlocks(const Unit*& src, const Unit* end, char* o
       o = mixed<Vec>(o, units, ascii, below800, masks, k);
     }
     p += kUnits;
+  }
+  src = p;
+  return static_cast<size_t>(o - out);
+}
+
+// The block of units at `p`, not all ASCII, converted with the mixed step
+// when its units are plain and so are the kPlainAhead after it (their bytes
+// cover the step's scratch bytes) and `room` holds the step's stores. Returns
+// the end of its output, or nullptr with nothing written.
+template <typename Vec>
+QTA_ENCODE_KERNEL char* mixedBlock(const char16_t* p, const char16_t* end, char* out, size_t room,
+                                   const Constants<Vec>& k) {
+  using V = typename Vec::V;
+  constexpr size_t kUnits = Vec::kUnits;
+  if (static_cast<size_t>(end - p) < kUnits + kPlainAhead || room < 3 * kUnits + kPlainAhead) {
+    return nullptr;
+  }
+  V units;
+  V ahead;
+  if (!plainBlock<Vec>(p, units, k)) return nullptr;
+  for (size_t at = kUnits; at <= kPlainAhead; at += kUnits) {
+    if (!plainBlock<Vec>(p + at, ahead, k)) return nullptr;
+  }
+  const V ascii = Vec::equal(units & k.high9, k.zero);
+  const V below800 = Vec::equal(units & k.top5, k.zero);
+  return mixed<Vec>(out, units, ascii, below800, Vec::quarterMasks(ascii, below800), k);
+}
+
+// The OR of the `n` vectors at `v`, in pairs, so the ORs do not wait for each
+// other.
+template <size_t n, typename V>
+QTA_ENCODE_KERNEL V orTree(const V* v) {
+  if constexpr (n == 1) {
+    return v[0];
+  } else {
+    return orTree<n / 2>(v) | orTree<n - n / 2>(v + n / 2);
+  }
+}
+
+// Narrows runs of kAsciiRunUnits ASCII units after one test while that many
+// units remain and fit in `room`. A run with other units is taken block by
+// block: ASCII blocks narrowed, the others through the mixed step (slower than
+// narrowing, so ASCII blocks skip it), up to 48 units of them in a row; more
+// is text of another script, which encodeBlocks() converts faster. Stops
+// there, at a block that is not plain and near the end. Advances `src`;
+// returns the bytes written.
+template <typename Vec>
+QTA_ENCODE_KERNEL size_t narrowAsciiRuns(const char16_t*& src, const char16_t* end, char* out,
+                                         size_t room) {
+  using V = typename Vec::V;
+  constexpr size_t kRun = kAsciiRunUnits;
+  constexpr size_t kUnits = Vec::kUnits;
+  constexpr size_t kVectors = kRun / kUnits;
+  constexpr size_t kMixedBlocksInRow = 48 / kUnits;
+  const Constants<Vec> k;
+  const char16_t* p = src;
+  char* o = out;
+  size_t mixedBlocks = 0;  // blocks in a row before p that were not all ASCII
+  while (static_cast<size_t>(end - p) >= kRun && room - static_cast<size_t>(o - out) >= kRun) {
+    V units[kVectors];
+    for (size_t i = 0; i < kVectors; ++i) units[i] = Vec::load(p + i * kUnits);
+    if (Vec::noBitsOf(orTree<kVectors>(units), k.high9)) [[likely]] {
+      for (size_t i = 0; i < kVectors; i += 2) {
+        Vec::storeNarrowed(o + i * kUnits, units[i], units[i + 1]);
+      }
+      p += kRun;
+      o += kRun;
+      mixedBlocks = 0;
+      continue;
+    }
+    for (const char16_t* const runEnd = p + kRun; p != runEnd; p += kUnits) {
+      const V block = Vec::load(p);
+      const size_t left = room - static_cast<size_t>(o - out);
+      if (Vec::noBitsOf(block, k.high9) && left >= kUnits) {
+        Vec::storeNarrowed(o, block);
+        o += kUnits;
+        mixedBlocks = 0;
+        continue;
+      }
+      char* const next =
+          mixedBlocks == kMixedBlocksInRow ? nullptr : mixedBlock<Vec>(p, end, o, left, k);
+      if (next == nullptr) {
+        src = p;
+        return static_cast<size_t>(o - out);
+      }
+      o = next;
+      ++mixedBlocks;
+    }
   }
   src = p;
   return static_cast<size_t>(o - out);

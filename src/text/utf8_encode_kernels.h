@@ -23,11 +23,14 @@ size_t encodeUtf8BlocksSsse3(const char32_t*& p, const char32_t* end, char* out,
 size_t encodeUtf8BlocksAvx2(const char16_t*& p, const char16_t* end, char* out, size_t room);
 size_t encodeUtf8BlocksAvx2(const char32_t*& p, const char32_t* end, char* out, size_t room);
 
-// Narrows runs of kAsciiRunUnits ASCII units with AVX2 while that many units
-// remain and fit in `room`; stops at the first run with another unit. Advances
-// `p`; returns the bytes written.
+// Narrow runs of kAsciiRunUnits ASCII units after one test, and take the odd
+// block with other units among them (a dash, an accented name) through the
+// kernels' mixed step; they stop at longer text of another script, at units
+// that are not plain and near the end, with the kernels' rules on scratch
+// bytes. Each advances `p` and returns the bytes written.
 inline constexpr size_t kAsciiRunUnits = 64;
 size_t narrowAsciiAvx2(const char16_t*& p, const char16_t* end, char* out, size_t room);
+size_t narrowAsciiSsse3(const char16_t*& p, const char16_t* end, char* out, size_t room);
 
 }  // namespace qta::text::detail
 

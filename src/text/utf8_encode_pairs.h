@@ -1,6 +1,6 @@
 // UTF-16 text below U+0800 (ASCII, accented Latin, Greek, Cyrillic, Hebrew,
-// Arabic) to UTF-8, eight units a step with SSSE3: the step the encoder uses on
-// short texts, where its block kernels do not run.
+// Arabic) to UTF-8 with SSSE3, eight units a step: the steps the encoder uses
+// on short texts, where its block kernels do not run.
 #ifndef QTA_TEXT_UTF8_ENCODE_PAIRS_H_
 #define QTA_TEXT_UTF8_ENCODE_PAIRS_H_
 
@@ -10,6 +10,14 @@ namespace qta::text::detail {
 
 // Steps take this many units.
 inline constexpr ptrdiff_t kPairStepUnits = 8;
+
+// The most units encodeShortPairsSsse3() takes.
+inline constexpr size_t kPairWholeUnits = 24;
+
+// Converts all the 8 to kPairWholeUnits `units` at `p` in one go when they
+// are below U+0800 and their bytes fit in `room`, writing exactly those bytes;
+// else writes nothing. Returns the bytes written.
+size_t encodeShortPairsSsse3(const char16_t* p, size_t units, char* out, size_t room);
 
 // Converts from `p` while a step's units remain before `end`, `room` holds 16
 // more bytes and the next units are all below U+0800. Never writes past `room`

@@ -132,6 +132,60 @@ TEST(UnicodeEncode, ShapeChangesOnEveryPath) {
   }
 }
 
+// Short texts of every length up to where the kernels take over and past it,
+// each shape started at every place of its pattern: the steps for short texts
+// convert them whole or in part, with overlapping blocks whose exact-size
+// stores must land inside an exactly sized buffer.
+TEST(UnicodeEncode, ShortTextsOfEveryLength) {
+  const std::u16string patterns[] = {
+      u"\u041B\u043E\u0440\u0435\u043C ",    // words of two-byte letters
+      u"\u05D0",                             // two-byte letters only
+      std::u16string{0x80, 0x7FF, 0x7F, 0},  // the ends of the one- and two-byte ranges
+      u"abc\u00E9defgh",                     // accented letters in ASCII
+      u"\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0800",  // one three-byte unit
+      u"\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\u0416\U0001F600"};   // a pair
+  for (const std::u16string& pattern : patterns) {
+    for (size_t start = 0; start < pattern.size(); ++start) {
+      for (size_t units = 1; units <= 40; ++units) {
+        std::u16string input;
+        for (size_t i = 0; i < units; ++i) input += pattern[(start + i) % pattern.size()];
+        const auto check = [&] {
+          return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, input);
+        };
+        EXPECT_EQ(unicoderef::onEveryPath(check), "") << testing::PrintToString(input);
+      }
+    }
+  }
+}
+
+// ASCII text long enough for the wide ASCII steps with a few other units at
+// every position: the steps convert runs with such units themselves, hand
+// longer text of another script to the block kernels, and leave surrogates and
+// the text's end to the scalar code.
+TEST(UnicodeEncode, OtherUnitsInLongAsciiText) {
+  const std::u16string clusters[] = {
+      u"\u00E9",
+      u"\u2013",
+      u"\u0416\u0436",
+      u"\u4E2D\u6587 \u00B0",
+      u"\U0001F600",
+      std::u16string{0xD800},
+      std::u16string(40, u'\u0416'),  // three blocks or more of Cyrillic
+      u"\u00E9 and \u2013 then \u0416 at \uFFFF"};
+  const std::u16string ascii(150, u'a');
+  for (const std::u16string& cluster : clusters) {
+    for (size_t at = 0; at <= ascii.size(); ++at) {
+      // The same cluster again 70 units on, when the text reaches that far.
+      std::u16string input = ascii.substr(0, at) + cluster + ascii.substr(at);
+      if (at + cluster.size() + 70 < input.size()) input.insert(at + cluster.size() + 70, cluster);
+      const auto check = [&] {
+        return unicoderef::checkDirection(unicoderef::kUtf16ToUtf8, input);
+      };
+      EXPECT_EQ(unicoderef::onEveryPath(check), "") << testing::PrintToString(input);
+    }
+  }
+}
+
 // The table holds the reference model to the rules; the library is held to the
 // model with each case inside ASCII padding of many lengths, so that it lands at
 // every position of the block-wise fast paths (padding never changes how the
