@@ -98,13 +98,17 @@ QTA_ENCODE_KERNEL size_t encodeAvx2(const Unit*& p, const Unit* end, char* out, 
   return narrowAsciiRuns<Units16>(src, end, out, room);
 }
 
-[[gnu::target("avx2")]] size_t encodeUtf8BlocksAvx2(const char16_t*& p, const char16_t* end,
-                                                    char* out, size_t room) {
+// The kernels start a cache line: their loops' speed moved by up to 30% with
+// where the linker placed them (Hebrew text, 7.3 against 9.5 us).
+[[gnu::target("avx2"), gnu::aligned(64)]] size_t encodeUtf8BlocksAvx2(const char16_t*& p,
+                                                                      const char16_t* end,
+                                                                      char* out, size_t room) {
   return encodeAvx2(p, end, out, room);
 }
 
-[[gnu::target("avx2")]] size_t encodeUtf8BlocksAvx2(const char32_t*& p, const char32_t* end,
-                                                    char* out, size_t room) {
+[[gnu::target("avx2"), gnu::aligned(64)]] size_t encodeUtf8BlocksAvx2(const char32_t*& p,
+                                                                      const char32_t* end,
+                                                                      char* out, size_t room) {
   return encodeAvx2(p, end, out, room);
 }
 
