@@ -1,7 +1,8 @@
 // The base64 kernels 64 bytes at a time with AVX-512: byte permutes (VBMI)
 // spread the groups and pack the decoded bytes across the whole vector in
-// one step each, byte compression (VBMI2) drops skipped bytes, and masked
-// loads and stores keep the final blocks inside the text and the result.
+// one step each, byte compression (VBMI2) drops skipped bytes, byte blends
+// (masks from BMI2) join the lines of line-broken text across their ends, and
+// masked loads and stores keep the final blocks inside the text and the result.
 // GCC 12 reports the deliberately undefined pass-through operand inside its
 // own AVX-512 intrinsics as used uninitialized when they are inlined.
 #if !defined(__clang__)
@@ -17,7 +18,7 @@
 #include <array>
 #include <cstring>
 
-#define QTA_BASE64_KERNEL_TARGET "avx512f,avx512bw,avx512vbmi,avx512vbmi2"
+#define QTA_BASE64_KERNEL_TARGET "avx512f,avx512bw,avx512vbmi,avx512vbmi2,bmi2"
 #include "text/base64_blocks.h"
 
 namespace qta::text::base64 {
@@ -94,6 +95,10 @@ struct Avx512Vectors {
   // values start at its bits 10, 4, 22 and 16.
   QTA_BASE64_KERNEL static V sixBitFields(V spread) {
     return _mm512_multishift_epi64_epi8(_mm512_set1_epi64(0x3036242a1016040a), spread);
+  }
+  QTA_BASE64_KERNEL static Mask lowBytes(size_t count) { return _bzhi_u64(~Mask{0}, count); }
+  QTA_BASE64_KERNEL static V blend(Mask mask, V a, V b) {
+    return _mm512_mask_blend_epi8(mask, a, b);
   }
   QTA_BASE64_KERNEL static V spread(V bytes) {
     return _mm512_permutexvar_epi8(load(kSpreadIndices.data()), bytes);

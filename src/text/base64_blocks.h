@@ -25,6 +25,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "text/base64_alphabet.h"
@@ -81,6 +82,8 @@ namespace {
 //   sixBitFields(v)         the four 6-bit values of each group that
 //                           spreadGroups gives, one per byte (bits 6-7 of no
 //                           value)
+//   blend(m, a, b)          byte i of b where bit i of m is set, else of a
+//   lowBytes(n)             a Mask of the first n bytes (n at most kSize)
 // which replace the nibble tables and the arithmetic.
 
 // 6-bit values to characters through the alphabet's slot shifts: values
@@ -367,10 +370,74 @@ QTA_BASE64_KERNEL size_t decodeLinesByLength(std::index_sequence<kLeading...>, c
   return lines;
 }
 
+// Decodes lines longer than a vector (with whole tables) as one stream of
+// blocks that runs across the line ends. A block that meets a line's end loads
+// the rest of that line and, separately, the start of the next, and blends the
+// two, so the gap costs no block of its own and a line of 76 characters takes
+// 1.19 blocks instead of 2. The blended characters are tested as any block's
+// are; each gap must repeat the first one byte for byte, which is found
+// skipped here. Returns the number of whole lines decoded, stopping at the
+// first block that breaks the shape; a partly decoded line is decoded again by
+// the caller, and nothing is stored past the decoded characters.
+template <typename Vec>
+QTA_BASE64_KERNEL size_t decodeJoinedLines(const char* text, size_t size, uint8_t* out,
+                                           size_t lineChars, size_t gap, const Alphabet& alphabet) {
+  using V = typename Vec::V;
+  constexpr size_t kSize = Vec::kSize;
+  constexpr size_t kOut = kSize / 4 * 3;
+  const size_t stride = lineChars + gap;
+  if (size < stride || gap > 8) return 0;
+  for (size_t at = lineChars; at < stride; ++at) {
+    if (alphabet.decode[static_cast<uint8_t>(text[at])] != kSkip) return 0;
+  }
+  // The eight bytes that end a gap, of which the last `gap` (at most eight)
+  // are compared; a line has at least kSize characters before them.
+  const auto gapWord = [](const char* gapEnd) {
+    uint64_t word;
+    std::memcpy(&word, gapEnd - 8, 8);
+    return word;
+  };
+  const uint64_t firstGap = gapWord(text + stride);
+  const unsigned gapShift = static_cast<unsigned>(8 * (8 - gap));
+  const BlockDecoder<Vec> decoder(alphabet);
+  const char* const end = text + size;
+  const char* line = text;
+  size_t offset = 0;  // characters of `line` already decoded
+  size_t lines = 0;
+  while (static_cast<size_t>(end - line) >= gap + offset + kSize) {
+    const size_t left = lineChars - offset;
+    V chars;
+    if (left > kSize) {
+      chars = Vec::load(line + offset);
+    } else {
+      const char* const next = line + stride;
+      if (((gapWord(next) ^ firstGap) >> gapShift) != 0) break;
+      chars = Vec::blend(Vec::lowBytes(left), Vec::load(next - left), Vec::load(line + offset));
+    }
+    const V values = decoder.tables.values(chars);
+    if (Vec::anySet((chars | values) & Vec::splat8(0x80))) break;
+    Vec::storeDecoded(out, decoder.pack(values));
+    out += kOut;
+    if (left > kSize) {
+      offset += kSize;
+    } else {
+      line += stride;
+      offset = kSize - left;
+      ++lines;
+    }
+  }
+  return lines;
+}
+
 template <typename Vec>
 QTA_BASE64_ENTRY size_t decodeLinesBlocks(const char* text, size_t size, uint8_t* out,
                                           size_t lineChars, size_t gap, const Alphabet& alphabet) {
   if (lineChars < Vec::kSize || lineChars % 4 != 0) return 0;
+  if constexpr (Vec::kWholeTables) {
+    if (lineChars > Vec::kSize) {
+      return decodeJoinedLines<Vec>(text, size, out, lineChars, gap, alphabet);
+    }
+  }
   return decodeLinesByLength<Vec>(std::make_index_sequence<kMaxLineBlocks>(), text, size, out,
                                   lineChars, gap, alphabet);
 }

@@ -26,7 +26,7 @@ unsigned processorFeatures() {
   if (__builtin_cpu_supports("avx2")) features |= kUseAvx2;
   if (__builtin_cpu_supports("ssse3")) features |= kUseSsse3;
   if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi") &&
-      __builtin_cpu_supports("avx512vbmi2") && zmmStateSaved()) {
+      __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("bmi2") && zmmStateSaved()) {
     features |= kUseAvx512;
   }
   return features;

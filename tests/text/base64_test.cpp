@@ -151,7 +151,8 @@ std::string breakLines(const std::string& text, size_t lineChars, const std::str
 
 // Text broken into lines of many lengths (around the vector sizes, multiples
 // of 4 or not; the last line full or short) by separators of one to nine bytes, as it stands and
-// with the shape broken once in its middle, through every decoder form at every level.
+// with the shape broken once in its middle (a line or a gap), through every decoder form at
+// every level.
 TEST(Base64, LineBrokenTextOfEveryShapeMatchesTheReference) {
   using Change = std::string (*)(std::string lines, size_t middle);
   const Change changes[] = {
@@ -160,6 +161,12 @@ TEST(Base64, LineBrokenTextOfEveryShapeMatchesTheReference) {
       [](std::string lines, size_t middle) { return lines.insert(middle, 1, '\n'); },
       [](std::string lines, size_t middle) { return lines.replace(middle, 1, 1, '*'); },
       [](std::string lines, size_t middle) { return lines.replace(middle, 1, 1, 'Q'); },
+      // A gap byte made an alphabet character, which joins two lines.
+      [](std::string lines, size_t middle) {
+        const size_t at = lines.find_first_of(" \t\r\n", middle);
+        if (at != std::string::npos) lines[at] = 'Q';
+        return lines;
+      },
   };
   const std::string separators[] = {"\n", "\r\n", " \t\n\n", std::string(8, ' '),
                                     std::string(9, ' ')};
