@@ -306,6 +306,16 @@ QTA_BASE64_ENTRY size_t decodeRunBlocks(const char* text, size_t size, uint8_t* 
   return i + groups;
 }
 
+// True when the `count` bytes at `bytes` are all outside the alphabet (the
+// gap after a line); tests every byte, so it only steers a branch.
+inline bool allSkipped(const char* bytes, size_t count, const Alphabet& alphabet) {
+  bool skipped = true;
+  for (size_t at = 0; at < count; ++at) {
+    skipped &= alphabet.decode[static_cast<uint8_t>(bytes[at])] == kSkip;
+  }
+  return skipped;
+}
+
 // Decodes lines of `lineChars` alphabet characters (a multiple of 4 from
 // kLeading * kSize + 1 to (kLeading + 1) * kSize) each followed by `gap`
 // skipped bytes, where they stand, while the text keeps to that shape. A line
@@ -335,11 +345,7 @@ QTA_BASE64_KERNEL size_t decodeLinesOf(const char* text, size_t size, uint8_t* o
       chars[k] = Vec::load(line + k * kSize);
       skipped = skipped | decoder.tables.skipped(chars[k]);
     }
-    bool gapSkipped = true;
-    for (size_t at = lineChars; at < stride; ++at) {
-      gapSkipped &= alphabet.decode[static_cast<uint8_t>(line[at])] == kSkip;
-    }
-    if (Vec::anySet(skipped) || !gapSkipped) break;
+    if (Vec::anySet(skipped) || !allSkipped(line + lineChars, gap, alphabet)) break;
     for (size_t k = 0; k < kLeading; ++k) {
       const V bytes = decoder.decode(chars[k]);
       if (k + 1 < kLeading || lastLeadingWhole) {
@@ -387,9 +393,7 @@ QTA_BASE64_KERNEL size_t decodeJoinedLines(const char* text, size_t size, uint8_
   constexpr size_t kOut = kSize / 4 * 3;
   const size_t stride = lineChars + gap;
   if (size < stride || gap > 8) return 0;
-  for (size_t at = lineChars; at < stride; ++at) {
-    if (alphabet.decode[static_cast<uint8_t>(text[at])] != kSkip) return 0;
-  }
+  if (!allSkipped(text + lineChars, gap, alphabet)) return 0;
   // The eight bytes that end a gap, of which the last `gap` (at most eight)
   // are compared; a line has at least kSize characters before them.
   const auto gapWord = [](const char* gapEnd) {

@@ -43,7 +43,7 @@ struct Kernels {
 extern const Kernels kSsse3Kernels;
 // 32 bytes at a time, for processors with AVX2.
 extern const Kernels kAvx2Kernels;
-// 64 bytes at a time, for processors with AVX-512 BW, VBMI and VBMI2.
+// 64 bytes at a time, for processors with AVX-512 BW, VBMI, VBMI2 and BMI2.
 extern const Kernels kAvx512Kernels;
 
 }  // namespace qta::text::base64

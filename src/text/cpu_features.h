@@ -1,7 +1,7 @@
 // Which vector kernels the text codecs run, and the vector state they start in.
 //
-// The AVX-512 kernels run when the processor reports AVX-512 BW, VBMI and VBMI2 and
-// the operating system saves the zmm registers; the AVX2 kernels when it
+// The AVX-512 kernels run when the processor reports AVX-512 BW, VBMI, VBMI2
+// and BMI2 and the operating system saves the zmm registers; the AVX2 kernels when it
 // reports AVX2; below them, kernels that need SSSE3 run when the processor
 // has it. Each level can be switched off (the highest one it has is on by
 // default). Tests and fuzz harnesses cap the level to run the lower kernels on
