@@ -96,9 +96,8 @@ struct Avx512Vectors {
   QTA_BASE64_KERNEL static V sixBitFields(V spread) {
     return _mm512_multishift_epi64_epi8(_mm512_set1_epi64(0x3036242a1016040a), spread);
   }
-  QTA_BASE64_KERNEL static Mask lowBytes(size_t count) { return _bzhi_u64(~Mask{0}, count); }
-  QTA_BASE64_KERNEL static V blend(Mask mask, V a, V b) {
-    return _mm512_mask_blend_epi8(mask, a, b);
+  QTA_BASE64_KERNEL static V joinFront(size_t count, V front, V back) {
+    return _mm512_mask_blend_epi8(_bzhi_u64(~Mask{0}, count), back, front);
   }
   QTA_BASE64_KERNEL static V spread(V bytes) {
     return _mm512_permutexvar_epi8(load(kSpreadIndices.data()), bytes);

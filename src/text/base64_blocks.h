@@ -82,8 +82,9 @@ namespace {
 //   sixBitFields(v)         the four 6-bit values of each group that
 //                           spreadGroups gives, one per byte (bits 6-7 of no
 //                           value)
-//   blend(m, a, b)          byte i of b where bit i of m is set, else of a
-//   lowBytes(n)             a Mask of the first n bytes (n at most kSize)
+//   joinFront(n, front, back)
+//                           the first n bytes of front, the rest of back (n
+//                           from 1 to kSize)
 // which replace the nibble tables and the arithmetic.
 
 // 6-bit values to characters through the alphabet's slot shifts: values
@@ -416,11 +417,10 @@ QTA_BASE64_KERNEL size_t decodeJoinedLines(const char* text, size_t size, uint8_
     } else {
       const char* const next = line + stride;
       if (((gapWord(next) ^ firstGap) >> gapShift) != 0) break;
-      chars = Vec::blend(Vec::lowBytes(left), Vec::load(next - left), Vec::load(line + offset));
+      chars = Vec::joinFront(left, Vec::load(line + offset), Vec::load(next - left));
     }
-    const V values = decoder.tables.values(chars);
-    if (Vec::anySet((chars | values) & Vec::splat8(0x80))) break;
-    Vec::storeDecoded(out, decoder.pack(values));
+    if (Vec::anySet(decoder.tables.skipped(chars))) break;
+    Vec::storeDecoded(out, decoder.decode(chars));
     out += kOut;
     if (left > kSize) {
       offset += kSize;
